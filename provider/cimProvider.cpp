@@ -1,0 +1,159 @@
+// Lifecycle of the provider object: construction, start-up against the
+// management library, shutdown, and the operations the provider declines.
+#include "cimProvider.h"
+
+#include <Pegasus/Common/CIMStatusCode.h>
+#include <Pegasus/Common/Exception.h>
+
+#include <qzantras/MgmtTypes.h>
+#include <qzantras/ts_log.h>
+
+#include <cstdio>
+#include <cstring>
+
+#include "processFlags.h"
+
+PEGASUS_USING_PEGASUS;
+
+int KeepRunning = 0;
+bool NeedEventHandler = false;
+VexaProvider* theVexaProvider = 0;
+int IndicationEnabled = 0;
+IndicationResponseHandler* IndicationHandler = 0;
+
+// Scalars get safe values here although initialize() sets every one it
+// relies on: a provider that is created and never initialised must still be
+// harmless to destroy or to probe.
+VexaProvider::VexaProvider()
+    : refreshForced(false), pollingHandler(0), clusterInfo(0), eventThreadId(), refreshThreadId() {
+    memset(&lastUserGroupRefresh, 0, sizeof(lastUserGroupRefresh));
+    memset(&lastRefresh, 0, sizeof(lastRefresh));
+    memset(&instanceLock, 0, sizeof(instanceLock));
+}
+
+// Releases the cache arrays only. The threads and the management library
+// outlive the object; see terminate().
+VexaProvider::~VexaProvider() {}
+
+void VexaProvider::initialize(CIMOMHandle&) {
+    fprintf(stderr, "VexaProvider::initialize, enter\n");
+
+    if (initVexaHandler() != 0) {
+        ts_log(2, "VexaProvider::initialize", "Couldn't initialize VexaHandler, exiting...\n");
+        // No code and no text of our own: the server answers the request that
+        // loaded us with its own "provider initialization failed", and the
+        // log line above says why.
+        throw CIMException(CIM_ERR_SUCCESS, String());
+    }
+
+    buildDiscoveryInstanceList();
+    buildIndicationFilterList();
+    initEvents(0);
+
+    if (pthread_create(&eventThreadId, 0, eventThread, 0) != 0) {
+        ts_log(2, "VexaProvider::initialize", "Couldn't start event handler thread, exiting...\n");
+        return;
+    }
+
+    storeFlag(KeepRunning, 1);
+    if (pthread_create(&refreshThreadId, 0, refreshThread, 0) != 0) {
+        ts_log(2, "VexaProvider::initialize",
+               "Couldn't start node list refresh thread, exiting...\n");
+        return;
+    }
+
+    // Both clocks at zero make the first pass rebuild everything.
+    lastRefresh.tv_sec = 0;
+    lastRefresh.tv_usec = 0;
+    lastUserGroupRefresh.tv_sec = 0;
+    lastUserGroupRefresh.tv_usec = 0;
+
+    getWriteLock();
+    buildAllVexaInstanceList(1);
+    releaseLock();
+
+    // Published last: the threads and callbacks only ever see a provider
+    // whose cache holds a complete first pass.
+    storeFlag(theVexaProvider, this);
+    ts_log(0, "VexaProvider::initialize", "exit\n");
+}
+
+// The server does not delete providers; the object deletes itself. The
+// threads keep running until KeepRunning drops or the event loop ends, so the
+// global pointer they use is withdrawn first and the refresh thread is asked
+// to finish at its next wake-up.
+void VexaProvider::terminate() {
+    ts_log(0, "VexaProvider::terminate", "enter\n");
+    VexaProvider* self = this;
+    if (__atomic_compare_exchange_n(&theVexaProvider, &self, static_cast<VexaProvider*>(0), false,
+                                    __ATOMIC_ACQ_REL, __ATOMIC_ACQUIRE)) {
+        storeFlag(KeepRunning, 0);
+    }
+    delete this;
+}
+
+int VexaProvider::initVexaHandler() {
+    ts_log(0, "VexaProvider::initVexaHandler", "enter\n");
+    MErrno err = 0;
+
+    int rc = PollingHandler::init(static_cast<MgmtProtocol>(1), 0, 1);
+    if (rc != 0) {
+        ts_log(2, "VexaProvider::initVexaHandler", "Couldn't initialize PollingHandler, err = %d\n",
+               rc);
+        return rc;
+    }
+
+    // The record reports its own construction failure through err.
+    clusterInfo = new ClusterInfo(&err);
+    pollingHandler = thePollingHandler;
+    pthread_rwlock_init(&instanceLock, 0);
+    handlerText = String();
+    return err;
+}
+
+int VexaProvider::cleanupVexaHandler() {
+    pthread_rwlock_destroy(&instanceLock);
+    PollingHandler::term();
+    if (clusterInfo != 0) {
+        delete clusterInfo;
+        clusterInfo = 0;
+    }
+    return 0;
+}
+
+// Write operations are not part of the published model. They answer nothing
+// and throw nothing, so a client sees the server's own reaction to a handler
+// that was never completed.
+void VexaProvider::createInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&,
+                                  ObjectPathResponseHandler&) {
+    ts_log(2, "VexaProvider::createInstance", "Not supported.\n");
+}
+
+void VexaProvider::modifyInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&,
+                                  const Boolean, const CIMPropertyList&, ResponseHandler&) {
+    ts_log(2, "VexaProvider::modifyInstance", "Not supported.\n");
+}
+
+void VexaProvider::deleteInstance(const OperationContext&, const CIMObjectPath&, ResponseHandler&) {
+    ts_log(2, "VexaProvider::deleteInstance", "Not supported.\n");
+}
+
+void VexaProvider::references(const OperationContext&, const CIMObjectPath&, const CIMName&,
+                              const String&, const Boolean, const Boolean, const CIMPropertyList&,
+                              ObjectResponseHandler&) {}
+
+void VexaProvider::referenceNames(const OperationContext&, const CIMObjectPath&, const CIMName&,
+                                  const String&, ObjectPathResponseHandler&) {}
+
+// Indications go to every subscriber through the handler given to
+// enableIndications; individual subscriptions need no bookkeeping here.
+void VexaProvider::createSubscription(const OperationContext&, const CIMObjectPath&,
+                                      const Array<CIMObjectPath>&, const CIMPropertyList&,
+                                      const Uint16) {}
+
+void VexaProvider::modifySubscription(const OperationContext&, const CIMObjectPath&,
+                                      const Array<CIMObjectPath>&, const CIMPropertyList&,
+                                      const Uint16) {}
+
+void VexaProvider::deleteSubscription(const OperationContext&, const CIMObjectPath&,
+                                      const Array<CIMObjectPath>&) {}

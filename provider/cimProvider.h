@@ -1,0 +1,252 @@
+// The provider object: one instance serves every CIM request of the server.
+//
+// VexaProvider is deliberately one large class. Its member functions are
+// defined in the folder of the subsystem they belong to (instances/,
+// associations/, indications/, raid/, methods/); this header and the files of
+// provider/ hold the frame: lifecycle, the cache of ready instances and the
+// lock that guards it.
+#ifndef VEXA_PROVIDER_CIMPROVIDER_H
+#define VEXA_PROVIDER_CIMPROVIDER_H
+
+#include <Pegasus/Common/Array.h>
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMObjectPath.h>
+#include <Pegasus/Common/Config.h>
+#include <Pegasus/Common/String.h>
+#include <Pegasus/Provider/CIMAssociationProvider.h>
+#include <Pegasus/Provider/CIMIndicationProvider.h>
+#include <Pegasus/Provider/CIMInstanceProvider.h>
+#include <Pegasus/Provider/CIMMethodProvider.h>
+
+#include <qzantras/ClusterInfo.h>
+#include <qzantras/PollingHandler.h>
+
+#include <pthread.h>
+#include <sys/time.h>
+
+#include "classNames.h"
+
+class VexaProvider : public Pegasus::CIMInstanceProvider,
+                     public Pegasus::CIMAssociationProvider,
+                     public Pegasus::CIMIndicationProvider,
+                     public Pegasus::CIMMethodProvider {
+public:
+    // Selects the array and the key property that the look-ups compare.
+    enum VexaInstanceType {
+        VEXA_INST_CLUSTER = 0,
+        VEXA_INST_NODE_BY_NAME = 1,
+        VEXA_INST_NODE_BY_IP = 2,
+        VEXA_INST_FILESYSTEM = 3,
+        VEXA_INST_STORAGE_POOL = 4,
+        VEXA_INST_DISK = 5
+    };
+
+    VexaProvider();
+    virtual ~VexaProvider();
+
+    // CIMProvider
+    virtual void initialize(Pegasus::CIMOMHandle& cimom);
+    virtual void terminate();
+
+    // CIMInstanceProvider
+    virtual void getInstance(const Pegasus::OperationContext& context,
+                             const Pegasus::CIMObjectPath& instanceReference,
+                             const Pegasus::Boolean includeQualifiers,
+                             const Pegasus::Boolean includeClassOrigin,
+                             const Pegasus::CIMPropertyList& propertyList,
+                             Pegasus::InstanceResponseHandler& handler);
+    virtual void enumerateInstances(const Pegasus::OperationContext& context,
+                                    const Pegasus::CIMObjectPath& classReference,
+                                    const Pegasus::Boolean includeQualifiers,
+                                    const Pegasus::Boolean includeClassOrigin,
+                                    const Pegasus::CIMPropertyList& propertyList,
+                                    Pegasus::InstanceResponseHandler& handler);
+    virtual void enumerateInstanceNames(const Pegasus::OperationContext& context,
+                                        const Pegasus::CIMObjectPath& classReference,
+                                        Pegasus::ObjectPathResponseHandler& handler);
+    virtual void modifyInstance(const Pegasus::OperationContext& context,
+                                const Pegasus::CIMObjectPath& instanceReference,
+                                const Pegasus::CIMInstance& instanceObject,
+                                const Pegasus::Boolean includeQualifiers,
+                                const Pegasus::CIMPropertyList& propertyList,
+                                Pegasus::ResponseHandler& handler);
+    virtual void createInstance(const Pegasus::OperationContext& context,
+                                const Pegasus::CIMObjectPath& instanceReference,
+                                const Pegasus::CIMInstance& instanceObject,
+                                Pegasus::ObjectPathResponseHandler& handler);
+    virtual void deleteInstance(const Pegasus::OperationContext& context,
+                                const Pegasus::CIMObjectPath& instanceReference,
+                                Pegasus::ResponseHandler& handler);
+
+    // CIMAssociationProvider
+    virtual void
+    associators(const Pegasus::OperationContext& context, const Pegasus::CIMObjectPath& objectName,
+                const Pegasus::CIMName& associationClass, const Pegasus::CIMName& resultClass,
+                const Pegasus::String& role, const Pegasus::String& resultRole,
+                const Pegasus::Boolean includeQualifiers, const Pegasus::Boolean includeClassOrigin,
+                const Pegasus::CIMPropertyList& propertyList,
+                Pegasus::ObjectResponseHandler& handler);
+    virtual void associatorNames(const Pegasus::OperationContext& context,
+                                 const Pegasus::CIMObjectPath& objectName,
+                                 const Pegasus::CIMName& associationClass,
+                                 const Pegasus::CIMName& resultClass, const Pegasus::String& role,
+                                 const Pegasus::String& resultRole,
+                                 Pegasus::ObjectPathResponseHandler& handler);
+    virtual void references(const Pegasus::OperationContext& context,
+                            const Pegasus::CIMObjectPath& objectName,
+                            const Pegasus::CIMName& resultClass, const Pegasus::String& role,
+                            const Pegasus::Boolean includeQualifiers,
+                            const Pegasus::Boolean includeClassOrigin,
+                            const Pegasus::CIMPropertyList& propertyList,
+                            Pegasus::ObjectResponseHandler& handler);
+    virtual void referenceNames(const Pegasus::OperationContext& context,
+                                const Pegasus::CIMObjectPath& objectName,
+                                const Pegasus::CIMName& resultClass, const Pegasus::String& role,
+                                Pegasus::ObjectPathResponseHandler& handler);
+
+    // CIMIndicationProvider
+    virtual void enableIndications(Pegasus::IndicationResponseHandler& handler);
+    virtual void disableIndications();
+    virtual void createSubscription(const Pegasus::OperationContext& context,
+                                    const Pegasus::CIMObjectPath& subscriptionName,
+                                    const Pegasus::Array<Pegasus::CIMObjectPath>& classNames,
+                                    const Pegasus::CIMPropertyList& propertyList,
+                                    const Pegasus::Uint16 repeatNotificationPolicy);
+    virtual void modifySubscription(const Pegasus::OperationContext& context,
+                                    const Pegasus::CIMObjectPath& subscriptionName,
+                                    const Pegasus::Array<Pegasus::CIMObjectPath>& classNames,
+                                    const Pegasus::CIMPropertyList& propertyList,
+                                    const Pegasus::Uint16 repeatNotificationPolicy);
+    virtual void deleteSubscription(const Pegasus::OperationContext& context,
+                                    const Pegasus::CIMObjectPath& subscriptionName,
+                                    const Pegasus::Array<Pegasus::CIMObjectPath>& classNames);
+
+    // CIMMethodProvider
+    virtual void invokeMethod(const Pegasus::OperationContext& context,
+                              const Pegasus::CIMObjectPath& objectReference,
+                              const Pegasus::CIMName& methodName,
+                              const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                              Pegasus::MethodResultResponseHandler& handler);
+
+    // Connection to the management library.
+    int initVexaHandler();
+    int cleanupVexaHandler();
+
+    // Instance store: look-ups by key text and the cache lock.
+    int findVexaInstIdx(VexaInstanceType type, char* key);
+    Pegasus::CIMInstance* findVexaInstance(VexaInstanceType type, char* key);
+    int getReadLock();
+    int getWriteLock();
+    int releaseLock();
+
+    // Refresh cycle.
+    int buildAllVexaInstanceList(int force);
+    static void* refreshThread(void* arg);
+
+    // Discovery instances and indication filters, built once at start.
+    int buildDiscoveryInstanceList();
+    int buildIndicationFilterList();
+    Pegasus::CIMInstance createIndicationFilter(const Pegasus::String& name,
+                                                const Pegasus::String& query,
+                                                const Pegasus::String& queryLanguage,
+                                                const Pegasus::String& sourceNamespace);
+
+    // Event intake.
+    int initEvents(PollingHandler* handler);
+    int initEventHandler();
+    static void* eventThread(void* arg);
+
+    // Time of the last rebuild of user and group instances.
+    struct timeval lastUserGroupRefresh;
+    // Forces the next cache pass even when the timers say no.
+    bool refreshForced;
+    // Time of the last full cache pass.
+    struct timeval lastRefresh;
+    // The management library's polling facade; owned by the library.
+    PollingHandler* pollingHandler;
+    // The cluster snapshot that every update call fills; owned.
+    ClusterInfo* clusterInfo;
+    // Guards every instance array below.
+    pthread_rwlock_t instanceLock;
+    // Empty text, used where an association carries no device or server name.
+    Pegasus::String handlerText;
+    pthread_t eventThreadId;
+    pthread_t refreshThreadId;
+
+    // The instance cache: one array per served class or association list.
+    Pegasus::Array<Pegasus::CIMInstance> registeredProfiles;
+    Pegasus::Array<Pegasus::CIMInstance> objectManagers;
+    Pegasus::Array<Pegasus::CIMInstance> computerSystems;
+    Pegasus::Array<Pegasus::CIMInstance> indicationFilters;
+    Pegasus::Array<Pegasus::CIMInstance> clusters;
+    Pegasus::Array<Pegasus::CIMInstance> nodes;
+    Pegasus::Array<Pegasus::CIMInstance> fileSystems;
+    Pegasus::Array<Pegasus::CIMInstance> storagePools;
+    Pegasus::Array<Pegasus::CIMInstance> disks;
+    Pegasus::Array<Pegasus::CIMInstance> fileSystemPerfs;
+    Pegasus::Array<Pegasus::CIMInstance> diskPerfs;
+    Pegasus::Array<Pegasus::CIMInstance> fsPerNodePerfs;
+    Pegasus::Array<Pegasus::CIMInstance> policies;
+    Pegasus::Array<Pegasus::CIMInstance> concreteJobs;
+    Pegasus::Array<Pegasus::CIMInstance> objMgrConformsToProfile;
+    Pegasus::Array<Pegasus::CIMInstance> csConformsToProfile;
+    Pegasus::Array<Pegasus::CIMInstance> componentCS;
+    Pegasus::Array<Pegasus::CIMInstance> hostedFileSystems;
+    Pegasus::Array<Pegasus::CIMInstance> associatedStoragePools;
+    Pegasus::Array<Pegasus::CIMInstance> storageComponents;
+    Pegasus::Array<Pegasus::CIMInstance> nodeServingNsds;
+    Pegasus::Array<Pegasus::CIMInstance> nodeAccessesNsds;
+    Pegasus::Array<Pegasus::CIMInstance> freeNsds;
+    Pegasus::Array<Pegasus::CIMInstance> mounteds;
+    Pegasus::Array<Pegasus::CIMInstance> configManagers;
+    Pegasus::Array<Pegasus::CIMInstance> fileSystemManagers;
+    Pegasus::Array<Pegasus::CIMInstance> fileSystemPolicies;
+    Pegasus::Array<Pegasus::CIMInstance> raidPhysicalDisks;
+    Pegasus::Array<Pegasus::CIMInstance> raidVirtualDisks;
+    Pegasus::Array<Pegasus::CIMInstance> raidDeclusteredArrays;
+    // Scratch lists of the file system, pool and fileset being built.
+    Pegasus::Array<Pegasus::CIMInstance> fsStoragePools;
+    Pegasus::Array<Pegasus::CIMInstance> poolDisks;
+    Pegasus::Array<Pegasus::CIMInstance> fsFilesets;
+    // Reserved slots of the published object layout; nothing fills them.
+    Pegasus::Array<Pegasus::CIMInstance> spareList1;
+    Pegasus::Array<Pegasus::CIMInstance> spareList2;
+    Pegasus::Array<Pegasus::CIMInstance> userQuotas;
+    Pegasus::Array<Pegasus::CIMInstance> groupQuotas;
+    Pegasus::Array<Pegasus::CIMInstance> filesetQuotas;
+    Pegasus::Array<Pegasus::CIMInstance> filesets;
+    Pegasus::Array<Pegasus::CIMInstance> users;
+    Pegasus::Array<Pegasus::CIMInstance> groups;
+    Pegasus::Array<Pegasus::CIMInstance> spareList3;
+    Pegasus::Array<Pegasus::CIMInstance> spareList4;
+    Pegasus::Array<Pegasus::CIMInstance> userQuotaAssocs;
+    Pegasus::Array<Pegasus::CIMInstance> groupQuotaAssocs;
+    Pegasus::Array<Pegasus::CIMInstance> filesetQuotaAssocs;
+    Pegasus::Array<Pegasus::CIMInstance> userAssocs;
+    Pegasus::Array<Pegasus::CIMInstance> groupAssocs;
+    Pegasus::Array<Pegasus::CIMInstance> associatedFilesets;
+    Pegasus::Array<Pegasus::CIMInstance> spareList5;
+    Pegasus::Array<Pegasus::CIMInstance> spareList6;
+    Pegasus::Array<Pegasus::CIMInstance> spareList7;
+    Pegasus::Array<Pegasus::CIMInstance> fileSystemFilesetQuotaAssocs;
+    Pegasus::Array<Pegasus::CIMInstance> fileSystemUserQuotaAssocs;
+    Pegasus::Array<Pegasus::CIMInstance> fileSystemGroupQuotaAssocs;
+
+private:
+    // The array that a look-up type searches, and the property it compares.
+    const Pegasus::Array<Pegasus::CIMInstance>& lookupArray(VexaInstanceType type) const;
+    static const char* lookupKeyProperty(VexaInstanceType type);
+};
+
+// Process-wide state shared with the refresh and event threads and with the
+// management library's callbacks. Plain variables, read without a lock.
+extern int KeepRunning;
+extern bool NeedEventHandler;
+extern VexaProvider* theVexaProvider;
+extern int IndicationEnabled;
+extern Pegasus::IndicationResponseHandler* IndicationHandler;
+
+// The management library's event callback.
+int genVexaIndication(Event* event, void* userData);
+
+#endif
