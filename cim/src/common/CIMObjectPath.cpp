@@ -1,0 +1,294 @@
+#include "ArrayImpl.h"
+#include "HostName.h"
+#include "KeyNumber.h"
+#include "ObjectPathParser.h"
+#include "SharedRep.h"
+#include <Pegasus/Common/CIMObjectPath.h>
+#include <algorithm>
+#include <string>
+#include <unistd.h>
+
+PEGASUS_NAMESPACE_BEGIN
+
+template class Array<CIMObjectPath>;
+
+class CIMObjectPathRep : public SharedRep {
+public:
+    String host;
+    CIMNamespaceName nameSpace;
+    CIMName className;
+    Array<CIMKeyBinding> keyBindings;
+};
+
+namespace {
+
+bool keyNameLess(const CIMKeyBinding& x, const CIMKeyBinding& y) {
+    return String::compareNoCase(x.getName().getString(), y.getName().getString()) < 0;
+}
+
+// Brings key bindings into their stored form: reference values rewritten as
+// their own canonical path text, and the keys sorted by name. The work is
+// done in the array's storage, which the caller's array may share; nothing
+// is written when the keys are already in that form, so concurrent readers
+// of an already sorted array are never disturbed.
+void normaliseKeyBindings(Array<CIMKeyBinding>& keyBindings) {
+    CIMKeyBinding* items = const_cast<CIMKeyBinding*>(keyBindings.getData());
+    const Uint32 count = keyBindings.size();
+    for (Uint32 i = 0; i < count; i++) {
+        if (items[i].getType() != CIMKeyBinding::REFERENCE)
+            continue;
+        String canonical = CIMObjectPath(items[i].getValue()).toString();
+        if (!String::equal(canonical, items[i].getValue()))
+            items[i].setValue(canonical);
+    }
+    if (!std::is_sorted(items, items + count, keyNameLess))
+        std::sort(items, items + count, keyNameLess);
+}
+
+void checkHost(const String& host) {
+    if (host.size() && !isValidHostName(host))
+        throw MalformedObjectNameException(host);
+}
+
+String localHostName() {
+    char name[256];
+    if (gethostname(name, sizeof(name) - 1) != 0)
+        return String();
+    name[sizeof(name) - 1] = '\0';
+    return String(name);
+}
+
+void appendQuoted(String& text, const String& value) {
+    text.append(Char16('"'));
+    for (Uint32 i = 0; i < value.size(); i++) {
+        Char16 c = value[i];
+        if (c == '\\' || c == '"')
+            text.append(Char16('\\'));
+        text.append(c);
+    }
+    text.append(Char16('"'));
+}
+
+void appendLowered(String& text, const String& part) {
+    String lowered = part;
+    lowered.toLower();
+    text.append(lowered);
+}
+
+// One spelling for every path that compares equal to this one.
+String canonicalText(const CIMObjectPath& path) {
+    String text;
+    appendLowered(text, path.getHost());
+    text.append(Char16('/'));
+    appendLowered(text, path.getNameSpace().getString());
+    text.append(Char16(':'));
+    appendLowered(text, path.getClassName().getString());
+    const Array<CIMKeyBinding>& keys = path.getKeyBindings();
+    for (Uint32 i = 0; i < keys.size(); i++) {
+        const CIMKeyBinding& key = keys[i];
+        text.append(Char16(i ? ',' : '.'));
+        appendLowered(text, key.getName().getString());
+        text.append(Char16('='));
+        text.append(Char16(Uint16('0' + key.getType())));
+        switch (key.getType()) {
+        case CIMKeyBinding::BOOLEAN:
+            appendLowered(text, key.getValue());
+            break;
+        case CIMKeyBinding::NUMERIC: {
+            std::string number = static_cast<const char*>(key.getValue().getCString());
+            text.append(String(canonicalKeyNumber(number).c_str()));
+            break;
+        }
+        case CIMKeyBinding::REFERENCE:
+            try {
+                appendQuoted(text, canonicalText(CIMObjectPath(key.getValue())));
+            } catch (const Exception&) {
+                appendQuoted(text, key.getValue());
+            }
+            break;
+        case CIMKeyBinding::STRING:
+            appendQuoted(text, key.getValue());
+            break;
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+CIMObjectPath::CIMObjectPath() : _rep(new CIMObjectPathRep()) {}
+
+CIMObjectPath::CIMObjectPath(const CIMObjectPath& x) : _rep(x._rep) {
+    retainRep(_rep);
+}
+
+CIMObjectPath::CIMObjectPath(const String& objectName) : _rep(new CIMObjectPathRep()) {
+    try {
+        set(objectName);
+    } catch (...) {
+        releaseRep(_rep);
+        throw;
+    }
+}
+
+CIMObjectPath::CIMObjectPath(const String& host, const CIMNamespaceName& nameSpace,
+                             const CIMName& className, const Array<CIMKeyBinding>& keyBindings)
+    : _rep(new CIMObjectPathRep()) {
+    try {
+        set(host, nameSpace, className, keyBindings);
+    } catch (...) {
+        releaseRep(_rep);
+        throw;
+    }
+}
+
+CIMObjectPath::~CIMObjectPath() {
+    releaseRep(_rep);
+}
+
+CIMObjectPath& CIMObjectPath::operator=(const CIMObjectPath& x) {
+    assignRep(_rep, x._rep);
+    return *this;
+}
+
+CIMObjectPath& CIMObjectPath::operator=(const String& objectName) {
+    set(objectName);
+    return *this;
+}
+
+void CIMObjectPath::_detach() {
+    if (_rep->refs.load(std::memory_order_acquire) > 1) {
+        CIMObjectPathRep* copy = new CIMObjectPathRep(*_rep);
+        releaseRep(_rep);
+        _rep = copy;
+    }
+}
+
+void CIMObjectPath::clear() {
+    _detach();
+    _rep->host.clear();
+    _rep->nameSpace.clear();
+    _rep->className.clear();
+    _rep->keyBindings.clear();
+}
+
+void CIMObjectPath::set(const String& host, const CIMNamespaceName& nameSpace,
+                        const CIMName& className, const Array<CIMKeyBinding>& keyBindings) {
+    checkHost(host);
+    Array<CIMKeyBinding> keys = keyBindings;
+    normaliseKeyBindings(keys);
+    _detach();
+    _rep->host = host;
+    _rep->nameSpace = nameSpace;
+    _rep->className = className;
+    _rep->keyBindings = keys;
+}
+
+void CIMObjectPath::set(const String& objectName) {
+    clear();
+    ObjectPathParts parts = parseObjectPath(objectName);
+    set(parts.host, parts.nameSpace, parts.className, parts.keyBindings);
+}
+
+const String& CIMObjectPath::getHost() const {
+    return _rep->host;
+}
+
+void CIMObjectPath::setHost(const String& host) {
+    if (host.size() && !isValidHostName(host) && !String::equal(host, localHostName()))
+        throw MalformedObjectNameException(host);
+    _detach();
+    _rep->host = host;
+}
+
+const CIMNamespaceName& CIMObjectPath::getNameSpace() const {
+    return _rep->nameSpace;
+}
+
+void CIMObjectPath::setNameSpace(const CIMNamespaceName& nameSpace) {
+    _detach();
+    _rep->nameSpace = nameSpace;
+}
+
+const CIMName& CIMObjectPath::getClassName() const {
+    return _rep->className;
+}
+
+void CIMObjectPath::setClassName(const CIMName& className) {
+    _detach();
+    _rep->className = className;
+}
+
+const Array<CIMKeyBinding>& CIMObjectPath::getKeyBindings() const {
+    return _rep->keyBindings;
+}
+
+void CIMObjectPath::setKeyBindings(const Array<CIMKeyBinding>& keyBindings) {
+    Array<CIMKeyBinding> keys = keyBindings;
+    normaliseKeyBindings(keys);
+    _detach();
+    _rep->keyBindings = keys;
+}
+
+String CIMObjectPath::toString() const {
+    String text;
+    if (_rep->host.size()) {
+        text.append(String("//"));
+        text.append(_rep->host);
+        text.append(Char16('/'));
+    }
+    if (!_rep->nameSpace.isNull() || _rep->host.size()) {
+        text.append(_rep->nameSpace.getString());
+        text.append(Char16(':'));
+    }
+    text.append(_rep->className.getString());
+    const Array<CIMKeyBinding>& keys = _rep->keyBindings;
+    for (Uint32 i = 0; i < keys.size(); i++) {
+        text.append(Char16(i ? ',' : '.'));
+        text.append(keys[i].getName().getString());
+        text.append(Char16('='));
+        CIMKeyBinding::Type type = keys[i].getType();
+        if (type == CIMKeyBinding::STRING || type == CIMKeyBinding::REFERENCE)
+            appendQuoted(text, keys[i].getValue());
+        else
+            text.append(keys[i].getValue());
+    }
+    return text;
+}
+
+Boolean CIMObjectPath::identical(const CIMObjectPath& x) const {
+    const CIMObjectPathRep* mine = _rep;
+    const CIMObjectPathRep* theirs = x._rep;
+    if (mine == theirs)
+        return true;
+    if (!String::equalNoCase(mine->host, theirs->host) ||
+        !mine->nameSpace.equal(theirs->nameSpace) || !mine->className.equal(theirs->className) ||
+        mine->keyBindings.size() != theirs->keyBindings.size())
+        return false;
+    for (Uint32 i = 0; i < mine->keyBindings.size(); i++) {
+        if (!(mine->keyBindings[i] == theirs->keyBindings[i]))
+            return false;
+    }
+    return true;
+}
+
+Uint32 CIMObjectPath::makeHashCode() const {
+    String text = canonicalText(*this);
+    // FNV-1a over the UTF-16 units.
+    Uint32 hash = 2166136261u;
+    for (Uint32 i = 0; i < text.size(); i++) {
+        hash ^= Uint16(text[i]);
+        hash *= 16777619u;
+    }
+    return hash;
+}
+
+Boolean operator==(const CIMObjectPath& x, const CIMObjectPath& y) {
+    return x.identical(y);
+}
+
+Boolean operator!=(const CIMObjectPath& x, const CIMObjectPath& y) {
+    return !x.identical(y);
+}
+
+PEGASUS_NAMESPACE_END

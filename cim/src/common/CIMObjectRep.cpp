@@ -1,0 +1,151 @@
+#include "CIMObjectRep.h"
+#include "CIMPropertyRep.h"
+#include "RepAccess.h"
+
+PEGASUS_NAMESPACE_BEGIN
+
+namespace {
+
+void holdProperty(const CIMProperty& property) {
+    RepAccess::rep(property)->containers.fetch_add(1);
+}
+
+void letGoOfProperty(const CIMProperty& property) {
+    RepAccess::rep(property)->containers.fetch_sub(1);
+}
+
+} // namespace
+
+CIMObjectRep::CIMObjectRep(Kind objectKind, const CIMName& className, const CIMName& superClass)
+    : kind(objectKind), superClassName(superClass) {
+    if (className.isNull())
+        throw UninitializedObjectException();
+    path.setClassName(className);
+}
+
+CIMObjectRep::CIMObjectRep(const CIMObjectRep& x)
+    : SharedRep(x), kind(x.kind), path(x.path), superClassName(x.superClassName),
+      qualifiers(x.qualifiers.clone()) {
+    properties.reserve(x.properties.size());
+    for (const CIMProperty& property : x.properties) {
+        properties.push_back(property.clone());
+        holdProperty(properties.back());
+    }
+    methods.reserve(x.methods.size());
+    for (const CIMMethod& m : x.methods)
+        methods.push_back(m.clone());
+}
+
+CIMObjectRep::~CIMObjectRep() {
+    for (const CIMProperty& property : properties)
+        letGoOfProperty(property);
+}
+
+void CIMObjectRep::setPath(const CIMObjectPath& newPath) {
+    if (newPath.getClassName().isNull())
+        throw UninitializedObjectException();
+    if (!newPath.getClassName().equal(className()))
+        throw TypeMismatchException();
+    path = newPath;
+}
+
+void CIMObjectRep::addProperty(const CIMProperty& property) {
+    if (property.isUninitialized())
+        throw UninitializedObjectException();
+    if (findProperty(property.getName()) != PEG_NOT_FOUND)
+        throw AlreadyExistsException("property \"" + property.getName().getString() + "\"");
+    properties.push_back(property);
+    holdProperty(property);
+}
+
+Uint32 CIMObjectRep::findProperty(const CIMName& name) const {
+    for (std::size_t i = 0; i < properties.size(); i++) {
+        if (properties[i].getName().equal(name))
+            return Uint32(i);
+    }
+    return PEG_NOT_FOUND;
+}
+
+CIMProperty& CIMObjectRep::property(Uint32 index) {
+    if (index >= properties.size())
+        throw IndexOutOfBoundsException();
+    return properties[index];
+}
+
+const CIMProperty& CIMObjectRep::property(Uint32 index) const {
+    if (index >= properties.size())
+        throw IndexOutOfBoundsException();
+    return properties[index];
+}
+
+void CIMObjectRep::removeProperty(Uint32 index) {
+    if (index >= properties.size())
+        throw IndexOutOfBoundsException();
+    letGoOfProperty(properties[index]);
+    properties.erase(properties.begin() + index);
+}
+
+void CIMObjectRep::addMethod(const CIMMethod& m) {
+    if (m.isUninitialized())
+        throw UninitializedObjectException();
+    if (findMethod(m.getName()) != PEG_NOT_FOUND)
+        throw AlreadyExistsException("method \"" + m.getName().getString() + "\"");
+    methods.push_back(m);
+}
+
+Uint32 CIMObjectRep::findMethod(const CIMName& name) const {
+    for (std::size_t i = 0; i < methods.size(); i++) {
+        if (methods[i].getName().equal(name))
+            return Uint32(i);
+    }
+    return PEG_NOT_FOUND;
+}
+
+CIMMethod& CIMObjectRep::method(Uint32 index) {
+    if (index >= methods.size())
+        throw IndexOutOfBoundsException();
+    return methods[index];
+}
+
+const CIMMethod& CIMObjectRep::method(Uint32 index) const {
+    if (index >= methods.size())
+        throw IndexOutOfBoundsException();
+    return methods[index];
+}
+
+void CIMObjectRep::removeMethod(Uint32 index) {
+    if (index >= methods.size())
+        throw IndexOutOfBoundsException();
+    methods.erase(methods.begin() + index);
+}
+
+Array<CIMName> CIMObjectRep::keyNames() const {
+    Array<CIMName> names;
+    for (const CIMProperty& property : properties) {
+        if (RepAccess::rep(property)->qualifiers.isTrue(CIMName("Key")))
+            names.append(property.getName());
+    }
+    return names;
+}
+
+Boolean CIMObjectRep::identical(const CIMObjectRep& x) const {
+    if (this == &x)
+        return true;
+    if (kind != x.kind || !className().equal(x.className()) ||
+        !superClassName.equal(x.superClassName) || !qualifiers.identical(x.qualifiers) ||
+        properties.size() != x.properties.size() || methods.size() != x.methods.size())
+        return false;
+    for (const CIMProperty& property : properties) {
+        Uint32 other = x.findProperty(property.getName());
+        if (other == PEG_NOT_FOUND || !property.identical(x.properties[other]))
+            return false;
+    }
+    for (const CIMMethod& m : methods) {
+        Uint32 other = x.findMethod(m.getName());
+        if (other == PEG_NOT_FOUND || !m.identical(x.methods[other]))
+            return false;
+    }
+    return true;
+}
+
+PEGASUS_NAMESPACE_END

@@ -1,0 +1,417 @@
+#include "ArrayImpl.h"
+#include "SharedRep.h"
+#include "ValueElementText.h"
+#include <Pegasus/Common/CIMInstance.h>
+#include <Pegasus/Common/CIMObject.h>
+#include <Pegasus/Common/CIMObjectPath.h>
+#include <Pegasus/Common/CIMValue.h>
+#include <cstddef>
+#include <cstdio>
+#include <string>
+#include <type_traits>
+#include <variant>
+
+PEGASUS_NAMESPACE_BEGIN
+
+template class Array<CIMValue>;
+
+namespace {
+
+// The alternatives are listed in CIMType order, so a value's type is also
+// the index of the array that holds its elements.
+using ValueItems =
+    std::variant<Array<Boolean>, Array<Uint8>, Array<Sint8>, Array<Uint16>, Array<Sint16>,
+                 Array<Uint32>, Array<Sint32>, Array<Uint64>, Array<Sint64>, Array<Real32>,
+                 Array<Real64>, Array<Char16>, Array<String>, Array<CIMDateTime>,
+                 Array<CIMObjectPath>, Array<CIMObject>, Array<CIMInstance>>;
+
+template <class T>
+struct TypeTag {
+    using type = T;
+};
+
+template <class Wanted, class Items>
+struct ItemIndex;
+
+template <class Wanted, class... Alternatives>
+struct ItemIndex<Wanted, std::variant<Alternatives...>> {
+    static constexpr std::size_t find() {
+        constexpr bool matches[] = {std::is_same_v<Wanted, Alternatives>...};
+        for (std::size_t i = 0; i < sizeof...(Alternatives); i++) {
+            if (matches[i])
+                return i;
+        }
+        return sizeof...(Alternatives);
+    }
+};
+
+template <class T>
+constexpr CIMType cimTypeOf() {
+    return CIMType(ItemIndex<Array<T>, ValueItems>::find());
+}
+
+static_assert(std::variant_size_v<ValueItems> == CIMTYPE_INSTANCE + 1);
+static_assert(
+    std::is_same_v<std::variant_alternative_t<CIMTYPE_REAL64, ValueItems>, Array<Real64>>);
+static_assert(
+    std::is_same_v<std::variant_alternative_t<CIMTYPE_STRING, ValueItems>, Array<String>>);
+static_assert(
+    std::is_same_v<std::variant_alternative_t<CIMTYPE_INSTANCE, ValueItems>, Array<CIMInstance>>);
+
+template <class F>
+auto visitType(CIMType type, F&& f) {
+    switch (type) {
+    case CIMTYPE_BOOLEAN:
+        return f(TypeTag<Boolean>());
+    case CIMTYPE_UINT8:
+        return f(TypeTag<Uint8>());
+    case CIMTYPE_SINT8:
+        return f(TypeTag<Sint8>());
+    case CIMTYPE_UINT16:
+        return f(TypeTag<Uint16>());
+    case CIMTYPE_SINT16:
+        return f(TypeTag<Sint16>());
+    case CIMTYPE_UINT32:
+        return f(TypeTag<Uint32>());
+    case CIMTYPE_SINT32:
+        return f(TypeTag<Sint32>());
+    case CIMTYPE_UINT64:
+        return f(TypeTag<Uint64>());
+    case CIMTYPE_SINT64:
+        return f(TypeTag<Sint64>());
+    case CIMTYPE_REAL32:
+        return f(TypeTag<Real32>());
+    case CIMTYPE_REAL64:
+        return f(TypeTag<Real64>());
+    case CIMTYPE_CHAR16:
+        return f(TypeTag<Char16>());
+    case CIMTYPE_STRING:
+        return f(TypeTag<String>());
+    case CIMTYPE_DATETIME:
+        return f(TypeTag<CIMDateTime>());
+    case CIMTYPE_REFERENCE:
+        return f(TypeTag<CIMObjectPath>());
+    case CIMTYPE_OBJECT:
+        return f(TypeTag<CIMObject>());
+    case CIMTYPE_INSTANCE:
+        return f(TypeTag<CIMInstance>());
+    }
+    throw TypeMismatchException();
+}
+
+// Embedded objects are owned by the value: stored and handed out as clones,
+// so that nobody can change a value through a handle they kept.
+template <class T>
+T detached(const T& x) {
+    if constexpr (std::is_same_v<T, CIMObject> || std::is_same_v<T, CIMInstance>) {
+        if (x.isUninitialized())
+            throw UninitializedObjectException();
+        return x.clone();
+    } else {
+        return x;
+    }
+}
+
+template <class T>
+Boolean sameElement(const T& x, const T& y) {
+    if constexpr (std::is_same_v<T, CIMObject> || std::is_same_v<T, CIMInstance>) {
+        return x.identical(y);
+    } else if constexpr (std::is_same_v<T, CIMDateTime>) {
+        // A timestamp and an interval are simply different values here.
+        try {
+            return x.equal(y);
+        } catch (const Exception&) {
+            return false;
+        }
+    } else {
+        return x == y;
+    }
+}
+
+template <class T>
+String elementText(const T& x) {
+    if constexpr (std::is_same_v<T, Boolean>) {
+        return String(x ? "TRUE" : "FALSE");
+    } else if constexpr (std::is_integral_v<T> && std::is_signed_v<T>) {
+        return String(std::to_string(static_cast<long long>(x)).c_str());
+    } else if constexpr (std::is_integral_v<T>) {
+        return String(std::to_string(static_cast<unsigned long long>(x)).c_str());
+    } else if constexpr (std::is_floating_point_v<T>) {
+        char text[64];
+        std::snprintf(text, sizeof(text), "%.16e", static_cast<double>(x));
+        return String(text);
+    } else if constexpr (std::is_same_v<T, Char16>) {
+        String text;
+        text.append(x);
+        return text;
+    } else if constexpr (std::is_same_v<T, String>) {
+        return x;
+    } else if constexpr (std::is_same_v<T, CIMInstance>) {
+        return CIMObject(x).toString();
+    } else {
+        return x.toString();
+    }
+}
+
+} // namespace
+
+class CIMValueRep : public SharedRep {
+public:
+    CIMType type = CIMTYPE_BOOLEAN;
+    Boolean isArray = false;
+    Boolean isNull = true;
+    Uint32 nullArraySize = 0;
+    ValueItems items;
+};
+
+namespace {
+
+// Shared by every default-constructed or cleared value; its first reference
+// is never released, so it lives as long as the process.
+CIMValueRep* nullBooleanRep() {
+    static CIMValueRep* const rep = new CIMValueRep();
+    retainRep(rep);
+    return rep;
+}
+
+CIMValueRep* makeNullRep(CIMType type, Boolean isArray, Uint32 arraySize) {
+    CIMValueRep* rep = new CIMValueRep();
+    rep->type = type;
+    rep->isArray = isArray;
+    rep->nullArraySize = isArray ? arraySize : 0;
+    visitType(type, [rep](auto tag) {
+        using T = typename decltype(tag)::type;
+        rep->items.emplace<Array<T>>();
+        return 0;
+    });
+    return rep;
+}
+
+template <class T>
+CIMValueRep* makeScalarRep(const T& x) {
+    Array<T> items;
+    items.append(detached(x));
+    CIMValueRep* rep = new CIMValueRep();
+    rep->type = cimTypeOf<T>();
+    rep->isNull = false;
+    rep->items = items;
+    return rep;
+}
+
+template <class T>
+CIMValueRep* makeArrayRep(const Array<T>& x) {
+    Array<T> items;
+    if constexpr (std::is_same_v<T, CIMObject> || std::is_same_v<T, CIMInstance>) {
+        items.reserveCapacity(x.size());
+        for (Uint32 i = 0; i < x.size(); i++)
+            items.append(detached(x[i]));
+    } else {
+        items = x;
+    }
+    CIMValueRep* rep = new CIMValueRep();
+    rep->type = cimTypeOf<T>();
+    rep->isArray = true;
+    rep->isNull = false;
+    rep->items = items;
+    return rep;
+}
+
+template <class T>
+void checkReadable(const CIMValueRep* rep, Boolean asArray) {
+    if (rep->type != cimTypeOf<T>() || rep->isArray != asArray)
+        throw TypeMismatchException();
+}
+
+template <class T>
+void readScalar(const CIMValueRep* rep, T& x) {
+    checkReadable<T>(rep, false);
+    if (!rep->isNull)
+        x = detached(std::get<Array<T>>(rep->items)[0]);
+}
+
+template <class T>
+void readArray(const CIMValueRep* rep, Array<T>& x) {
+    checkReadable<T>(rep, true);
+    if (rep->isNull)
+        return;
+    const Array<T>& items = std::get<Array<T>>(rep->items);
+    if constexpr (std::is_same_v<T, CIMObject> || std::is_same_v<T, CIMInstance>) {
+        Array<T> copies;
+        copies.reserveCapacity(items.size());
+        for (Uint32 i = 0; i < items.size(); i++)
+            copies.append(detached(items[i]));
+        x = copies;
+    } else {
+        x = items;
+    }
+}
+
+} // namespace
+
+CIMValue::CIMValue() : _rep(nullBooleanRep()) {}
+
+CIMValue::CIMValue(CIMType type, Boolean isArray, Uint32 arraySize)
+    : _rep(makeNullRep(type, isArray, arraySize)) {}
+
+CIMValue::CIMValue(const CIMValue& x) : _rep(x._rep) {
+    retainRep(_rep);
+}
+
+CIMValue::~CIMValue() {
+    releaseRep(_rep);
+}
+
+CIMValue& CIMValue::operator=(const CIMValue& x) {
+    assignRep(_rep, x._rep);
+    return *this;
+}
+
+void CIMValue::assign(const CIMValue& x) {
+    assignRep(_rep, x._rep);
+}
+
+void CIMValue::clear() {
+    CIMValueRep* fresh = nullBooleanRep();
+    releaseRep(_rep);
+    _rep = fresh;
+}
+
+void CIMValue::setNullValue(CIMType type, Boolean isArray, Uint32 arraySize) {
+    CIMValueRep* fresh = makeNullRep(type, isArray, arraySize);
+    releaseRep(_rep);
+    _rep = fresh;
+}
+
+Boolean CIMValue::typeCompatible(const CIMValue& x) const {
+    return _rep->type == x._rep->type && _rep->isArray == x._rep->isArray;
+}
+
+Boolean CIMValue::isArray() const {
+    return _rep->isArray;
+}
+
+Boolean CIMValue::isNull() const {
+    return _rep->isNull;
+}
+
+CIMType CIMValue::getType() const {
+    return _rep->type;
+}
+
+Uint32 CIMValue::getArraySize() const {
+    if (!_rep->isArray)
+        return 0;
+    if (_rep->isNull)
+        return _rep->nullArraySize;
+    return std::visit([](const auto& items) { return items.size(); }, _rep->items);
+}
+
+Boolean CIMValue::equal(const CIMValue& x) const {
+    const CIMValueRep* mine = _rep;
+    const CIMValueRep* theirs = x._rep;
+    if (mine == theirs)
+        return true;
+    if (mine->type != theirs->type || mine->isArray != theirs->isArray)
+        return false;
+    if (mine->isNull || theirs->isNull)
+        return mine->isNull == theirs->isNull;
+    return visitType(mine->type, [mine, theirs](auto tag) {
+        using T = typename decltype(tag)::type;
+        const Array<T>& a = std::get<Array<T>>(mine->items);
+        const Array<T>& b = std::get<Array<T>>(theirs->items);
+        if (a.size() != b.size())
+            return false;
+        for (Uint32 i = 0; i < a.size(); i++) {
+            if (!sameElement(a[i], b[i]))
+                return false;
+        }
+        return true;
+    });
+}
+
+std::vector<String> valueElementTexts(const CIMValue& value) {
+    std::vector<String> texts;
+    if (value.isNull())
+        return texts;
+    visitType(value.getType(), [&value, &texts](auto tag) {
+        using T = typename decltype(tag)::type;
+        if (value.isArray()) {
+            Array<T> items;
+            value.get(items);
+            for (Uint32 i = 0; i < items.size(); i++)
+                texts.push_back(elementText(items[i]));
+        } else {
+            T item{};
+            value.get(item);
+            texts.push_back(elementText(item));
+        }
+        return 0;
+    });
+    return texts;
+}
+
+String CIMValue::toString() const {
+    if (_rep->isNull)
+        return String();
+    std::vector<String> texts = valueElementTexts(*this);
+    if (!_rep->isArray)
+        return texts.front();
+    String joined;
+    for (const String& text : texts) {
+        joined.append(text);
+        joined.append(Char16(' '));
+    }
+    return joined;
+}
+
+Boolean operator==(const CIMValue& x, const CIMValue& y) {
+    return x.equal(y);
+}
+
+Boolean operator!=(const CIMValue& x, const CIMValue& y) {
+    return !x.equal(y);
+}
+
+// Every element type gets the same six members; only the parameter passing
+// differs (by value for numbers, by reference for everything else).
+#define VEXA_CIMVALUE_MEMBERS(T, PARAM)                                                            \
+    CIMValue::CIMValue(PARAM x) : _rep(makeScalarRep<T>(x)) {}                                     \
+    CIMValue::CIMValue(const Array<T>& x) : _rep(makeArrayRep<T>(x)) {}                            \
+    void CIMValue::set(PARAM x) {                                                                  \
+        CIMValueRep* fresh = makeScalarRep<T>(x);                                                  \
+        releaseRep(_rep);                                                                          \
+        _rep = fresh;                                                                              \
+    }                                                                                              \
+    void CIMValue::set(const Array<T>& x) {                                                        \
+        CIMValueRep* fresh = makeArrayRep<T>(x);                                                   \
+        releaseRep(_rep);                                                                          \
+        _rep = fresh;                                                                              \
+    }                                                                                              \
+    void CIMValue::get(T& x) const {                                                               \
+        readScalar<T>(_rep, x);                                                                    \
+    }                                                                                              \
+    void CIMValue::get(Array<T>& x) const {                                                        \
+        readArray<T>(_rep, x);                                                                     \
+    }
+
+VEXA_CIMVALUE_MEMBERS(Boolean, Boolean)
+VEXA_CIMVALUE_MEMBERS(Uint8, Uint8)
+VEXA_CIMVALUE_MEMBERS(Sint8, Sint8)
+VEXA_CIMVALUE_MEMBERS(Uint16, Uint16)
+VEXA_CIMVALUE_MEMBERS(Sint16, Sint16)
+VEXA_CIMVALUE_MEMBERS(Uint32, Uint32)
+VEXA_CIMVALUE_MEMBERS(Sint32, Sint32)
+VEXA_CIMVALUE_MEMBERS(Uint64, Uint64)
+VEXA_CIMVALUE_MEMBERS(Sint64, Sint64)
+VEXA_CIMVALUE_MEMBERS(Real32, Real32)
+VEXA_CIMVALUE_MEMBERS(Real64, Real64)
+VEXA_CIMVALUE_MEMBERS(Char16, const Char16&)
+VEXA_CIMVALUE_MEMBERS(String, const String&)
+VEXA_CIMVALUE_MEMBERS(CIMDateTime, const CIMDateTime&)
+VEXA_CIMVALUE_MEMBERS(CIMObjectPath, const CIMObjectPath&)
+VEXA_CIMVALUE_MEMBERS(CIMObject, const CIMObject&)
+VEXA_CIMVALUE_MEMBERS(CIMInstance, const CIMInstance&)
+
+#undef VEXA_CIMVALUE_MEMBERS
+
+PEGASUS_NAMESPACE_END

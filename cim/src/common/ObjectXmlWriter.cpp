@@ -1,0 +1,311 @@
+#include "ObjectXmlWriter.h"
+#include "ValueElementText.h"
+#include <Pegasus/Common/CIMParameter.h>
+#include <Pegasus/Common/CIMQualifier.h>
+#include <string>
+
+PEGASUS_NAMESPACE_BEGIN
+
+namespace {
+
+class ObjectXmlWriter {
+public:
+    std::string take() { return std::move(_out); }
+
+    void object(const CIMObjectRep& object) {
+        if (object.kind == CIMObjectRep::CLASS) {
+            _out += "<CLASS NAME=\"";
+            _attribute(object.className().getString());
+            _out += '"';
+            if (!object.superClassName.isNull()) {
+                _out += " SUPERCLASS=\"";
+                _attribute(object.superClassName.getString());
+                _out += '"';
+            }
+            _out += " >\n";
+        } else {
+            _out += "<INSTANCE CLASSNAME=\"";
+            _attribute(object.className().getString());
+            _out += "\" >\n";
+        }
+        for (Uint32 i = 0; i < object.qualifiers.size(); i++)
+            qualifier(object.qualifiers.get(i));
+        for (const CIMProperty& p : object.properties)
+            property(p);
+        for (const CIMMethod& m : object.methods)
+            method(m);
+        _out += object.kind == CIMObjectRep::CLASS ? "</CLASS>\n" : "</INSTANCE>\n";
+    }
+
+private:
+    static std::string _utf8(const String& text) {
+        return std::string(static_cast<const char*>(text.getCString()));
+    }
+
+    void _escaped(const String& text, bool inAttribute) {
+        for (char c : _utf8(text)) {
+            switch (c) {
+            case '&':
+                _out += "&amp;";
+                break;
+            case '<':
+                _out += "&lt;";
+                break;
+            case '>':
+                _out += "&gt;";
+                break;
+            case '"':
+                _out += inAttribute ? "&quot;" : "\"";
+                break;
+            default:
+                _out += c;
+            }
+        }
+    }
+
+    void _attribute(const String& text) { _escaped(text, true); }
+
+    void _namedAttribute(const char* name, const String& text) {
+        _out += ' ';
+        _out += name;
+        _out += "=\"";
+        _attribute(text);
+        _out += '"';
+    }
+
+    void _typeAttribute(CIMType type) {
+        // Embedded objects travel as strings, marked as such.
+        if (type == CIMTYPE_OBJECT || type == CIMTYPE_INSTANCE) {
+            _out += " TYPE=\"string\" EmbeddedObject=\"";
+            _out += type == CIMTYPE_OBJECT ? "object" : "instance";
+            _out += '"';
+        } else {
+            _out += " TYPE=\"";
+            _out += cimTypeToString(type);
+            _out += '"';
+        }
+    }
+
+    void _originAttributes(const CIMName& classOrigin, Boolean propagated) {
+        if (!classOrigin.isNull())
+            _namedAttribute("CLASSORIGIN", classOrigin.getString());
+        if (propagated)
+            _out += " PROPAGATED=\"true\"";
+    }
+
+    void _valueLine(const String& text) {
+        _out += "<VALUE>";
+        _escaped(text, false);
+        _out += "</VALUE>\n";
+    }
+
+    void value(const CIMValue& v) {
+        if (v.isNull())
+            return;
+        if (v.getType() == CIMTYPE_REFERENCE) {
+            referenceValue(v);
+            return;
+        }
+        std::vector<String> texts = valueElementTexts(v);
+        if (!v.isArray()) {
+            _valueLine(texts.front());
+            return;
+        }
+        _out += "<VALUE.ARRAY>\n";
+        for (const String& text : texts)
+            _valueLine(text);
+        _out += "</VALUE.ARRAY>\n";
+    }
+
+    void referenceValue(const CIMValue& v) {
+        if (!v.isArray()) {
+            CIMObjectPath path;
+            v.get(path);
+            valueReference(path);
+            return;
+        }
+        Array<CIMObjectPath> paths;
+        v.get(paths);
+        _out += "<VALUE.REFARRAY>\n";
+        for (Uint32 i = 0; i < paths.size(); i++)
+            valueReference(paths[i]);
+        _out += "</VALUE.REFARRAY>\n";
+    }
+
+    void localNamespacePath(const CIMNamespaceName& nameSpace) {
+        _out += "<LOCALNAMESPACEPATH>\n";
+        std::string name = _utf8(nameSpace.getString());
+        std::size_t start = 0;
+        while (!name.empty()) {
+            std::size_t slash = name.find('/', start);
+            std::string segment =
+                name.substr(start, slash == std::string::npos ? slash : slash - start);
+            _out += "<NAMESPACE NAME=\"";
+            _attribute(String(segment.c_str()));
+            _out += "\"/>\n";
+            if (slash == std::string::npos)
+                break;
+            start = slash + 1;
+        }
+        _out += "</LOCALNAMESPACEPATH>\n";
+    }
+
+    void instanceName(const CIMObjectPath& path) {
+        _out += "<INSTANCENAME";
+        _namedAttribute("CLASSNAME", path.getClassName().getString());
+        _out += ">\n";
+        const Array<CIMKeyBinding>& keys = path.getKeyBindings();
+        for (Uint32 i = 0; i < keys.size(); i++) {
+            _out += "<KEYBINDING";
+            _namedAttribute("NAME", keys[i].getName().getString());
+            _out += ">\n";
+            keyValue(keys[i]);
+            _out += "</KEYBINDING>\n";
+        }
+        _out += "</INSTANCENAME>\n";
+    }
+
+    void keyValue(const CIMKeyBinding& key) {
+        if (key.getType() == CIMKeyBinding::REFERENCE) {
+            try {
+                valueReference(CIMObjectPath(key.getValue()));
+                return;
+            } catch (const Exception&) {
+                // Not a readable path after all: keep its text as a string key.
+            }
+        }
+        static const char* const valueTypes[] = {"boolean", "string", "numeric", "string"};
+        _out += "<KEYVALUE VALUETYPE=\"";
+        _out += valueTypes[key.getType()];
+        _out += "\">";
+        _escaped(key.getValue(), false);
+        _out += "</KEYVALUE>\n";
+    }
+
+    void valueReference(const CIMObjectPath& path) {
+        const bool isInstance = path.getKeyBindings().size() != 0;
+        const bool hasHost = path.getHost().size() != 0;
+        const bool hasNamespace = hasHost || !path.getNameSpace().isNull();
+        const char* wrapper = nullptr;
+        if (hasHost)
+            wrapper = isInstance ? "INSTANCEPATH" : "CLASSPATH";
+        else if (hasNamespace)
+            wrapper = isInstance ? "LOCALINSTANCEPATH" : "LOCALCLASSPATH";
+
+        _out += "<VALUE.REFERENCE>\n";
+        if (wrapper) {
+            _out += '<';
+            _out += wrapper;
+            _out += ">\n";
+        }
+        if (hasHost) {
+            _out += "<NAMESPACEPATH>\n<HOST>";
+            _escaped(path.getHost(), false);
+            _out += "</HOST>\n";
+            localNamespacePath(path.getNameSpace());
+            _out += "</NAMESPACEPATH>\n";
+        } else if (hasNamespace) {
+            localNamespacePath(path.getNameSpace());
+        }
+        if (isInstance) {
+            instanceName(path);
+        } else {
+            _out += "<CLASSNAME";
+            _namedAttribute("NAME", path.getClassName().getString());
+            _out += "/>\n";
+        }
+        if (wrapper) {
+            _out += "</";
+            _out += wrapper;
+            _out += ">\n";
+        }
+        _out += "</VALUE.REFERENCE>\n";
+    }
+
+    void qualifier(const CIMConstQualifier& q) {
+        _out += "<QUALIFIER";
+        _namedAttribute("NAME", q.getName().getString());
+        _typeAttribute(q.getType());
+        if (q.getPropagated())
+            _out += " PROPAGATED=\"true\"";
+        _out += ">\n";
+        value(q.getValue());
+        _out += "</QUALIFIER>\n";
+    }
+
+    void property(const CIMConstProperty& p) {
+        const CIMValue& v = p.getValue();
+        const char* element = v.getType() == CIMTYPE_REFERENCE
+                                  ? "PROPERTY.REFERENCE"
+                                  : (v.isArray() ? "PROPERTY.ARRAY" : "PROPERTY");
+        _out += '<';
+        _out += element;
+        _namedAttribute("NAME", p.getName().getString());
+        if (v.getType() == CIMTYPE_REFERENCE) {
+            if (!p.getReferenceClassName().isNull())
+                _namedAttribute("REFERENCECLASS", p.getReferenceClassName().getString());
+        } else {
+            _typeAttribute(v.getType());
+            if (v.isArray() && p.getArraySize())
+                _out += " ARRAYSIZE=\"" + std::to_string(p.getArraySize()) + '"';
+        }
+        _originAttributes(p.getClassOrigin(), p.getPropagated());
+        _out += ">\n";
+        for (Uint32 i = 0; i < p.getQualifierCount(); i++)
+            qualifier(p.getQualifier(i));
+        value(v);
+        _out += "</";
+        _out += element;
+        _out += ">\n";
+    }
+
+    void method(const CIMConstMethod& m) {
+        _out += "<METHOD";
+        _namedAttribute("NAME", m.getName().getString());
+        _typeAttribute(m.getType());
+        _originAttributes(m.getClassOrigin(), m.getPropagated());
+        _out += ">\n";
+        for (Uint32 i = 0; i < m.getQualifierCount(); i++)
+            qualifier(m.getQualifier(i));
+        for (Uint32 i = 0; i < m.getParameterCount(); i++)
+            parameter(m.getParameter(i));
+        _out += "</METHOD>\n";
+    }
+
+    void parameter(const CIMConstParameter& p) {
+        const bool isReference = p.getType() == CIMTYPE_REFERENCE;
+        const char* element = isReference
+                                  ? (p.isArray() ? "PARAMETER.REFARRAY" : "PARAMETER.REFERENCE")
+                                  : (p.isArray() ? "PARAMETER.ARRAY" : "PARAMETER");
+        _out += '<';
+        _out += element;
+        _namedAttribute("NAME", p.getName().getString());
+        if (isReference) {
+            if (!p.getReferenceClassName().isNull())
+                _namedAttribute("REFERENCECLASS", p.getReferenceClassName().getString());
+        } else {
+            _typeAttribute(p.getType());
+        }
+        if (p.isArray() && p.getArraySize())
+            _out += " ARRAYSIZE=\"" + std::to_string(p.getArraySize()) + '"';
+        _out += ">\n";
+        for (Uint32 i = 0; i < p.getQualifierCount(); i++)
+            qualifier(p.getQualifier(i));
+        _out += "</";
+        _out += element;
+        _out += ">\n";
+    }
+
+    std::string _out;
+};
+
+} // namespace
+
+String objectToXml(const CIMObjectRep& object) {
+    ObjectXmlWriter writer;
+    writer.object(object);
+    std::string text = writer.take();
+    return String(text.c_str(), Uint32(text.size()));
+}
+
+PEGASUS_NAMESPACE_END
