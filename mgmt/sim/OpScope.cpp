@@ -1,0 +1,72 @@
+#include "OpScope.h"
+
+#include "FaultTable.h"
+#include "SimState.h"
+
+#include <qzantras/MgmtTypes.h>
+#include <qzantras/ts_log.h>
+
+#include <cstdarg>
+#include <cstdio>
+
+namespace qzsim {
+
+namespace {
+
+std::string formatText(const char* format, va_list args) {
+    char buffer[1024];
+    std::vsnprintf(buffer, sizeof buffer, format, args);
+    return buffer;
+}
+
+} // namespace
+
+OpScope::OpScope(const char* operation, std::string* message, bool needsDaemon)
+    : function_(std::string("PollingHandler::") + operation), message_(message) {
+    ts_log(0, function_.c_str(), "enter\n");
+    if (int code = FaultTable::instance().take(operation)) {
+        if (message_ != nullptr) {
+            char text[256];
+            std::snprintf(text, sizeof text, "%s failed (injected error %d).\n", operation, code);
+            message_->append(text);
+        }
+        status_ = code;
+        return;
+    }
+    lock_ = std::unique_lock<std::mutex>(SimState::instance().mutex());
+    model_ = SimState::instance().model();
+    if (model_ == nullptr || !pollingHandlerActive()) {
+        status_ = fail(MGMT_E_NOT_INITIALIZED, "The management library is not initialized.");
+        return;
+    }
+    if (needsDaemon && model_->daemonState == MGMT_DAEMON_DOWN) {
+        status_ = fail(MGMT_E_DAEMON_DOWN, "The file system daemon is not running.");
+    }
+}
+
+int OpScope::fail(int code, const char* format, ...) {
+    va_list args;
+    va_start(args, format);
+    std::string text = formatText(format, args);
+    va_end(args);
+    ts_log(1, function_.c_str(), "error %d: %s\n", code, text.c_str());
+    if (message_ != nullptr) {
+        message_->append(text);
+        message_->append("\n");
+    }
+    return code;
+}
+
+void OpScope::say(const char* format, ...) {
+    va_list args;
+    va_start(args, format);
+    std::string text = formatText(format, args);
+    va_end(args);
+    ts_log(0, function_.c_str(), "%s\n", text.c_str());
+    if (message_ != nullptr) {
+        message_->append(text);
+        message_->append("\n");
+    }
+}
+
+} // namespace qzsim

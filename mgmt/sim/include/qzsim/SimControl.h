@@ -1,0 +1,68 @@
+#ifndef QZSIM_SIM_CONTROL_H
+#define QZSIM_SIM_CONTROL_H
+
+// Control of the simulated cluster behind libqzantras, for tests and tools.
+// All functions are thread-safe.
+
+#include <qzantras/ClusterInfo.h>
+
+#include <string>
+#include <vector>
+
+namespace qzsim {
+
+// Times argument of failOperation meaning "until cleared".
+constexpr int kAlways = -1;
+
+// Replace the cluster model. Before PollingHandler::init the model is kept
+// and init uses it instead of QZSIM_CLUSTER_MODEL or the demo cluster.
+// On failure the current model stays and *error (when given) receives
+// "<source>: <place>: <problem>"; the result is MGMT_E_MODEL_LOAD.
+int loadModelFromString(const std::string& json, std::string* error = nullptr);
+int loadModelFromFile(const std::string& path, std::string* error = nullptr);
+// The built-in demo cluster as JSON text.
+const char* demoModelJson();
+
+// Make the named operation (a PollingHandler or EventsHandler member name,
+// "init", "ClusterInfo", or an execution-task command such as "qzchconfig")
+// fail with code, for the next `times` calls or always.
+void failOperation(const std::string& operation, int code, int times = kAlways);
+void clearFaults();
+// Number of calls of the operation failed so far by injection.
+int injectedFailures(const std::string& operation);
+
+// Queue an event for EventsHandler::run(); zero times are set to now.
+void postEvent(const Event& event);
+// Make run() return as if the event stream had ended.
+void endEventStream();
+// Wait until every queued event has been handed to its callback.
+bool waitForEventsDelivered(int timeoutMs);
+
+int setDaemonState(int state);
+int daemonState();
+
+// Execution tasks that have run, oldest first.
+struct TaskRecord {
+    std::string command;
+    std::string arguments;
+    int result = 0;
+};
+std::vector<TaskRecord> completedTasks();
+bool waitForTasks(std::size_t count, int timeoutMs);
+
+// Keep every line that ts_log writes (after the level test) in memory.
+void startLogCapture();
+void stopLogCapture();
+std::vector<std::string> capturedLog();
+void clearCapturedLog();
+// Re-read QZSIM_LOG_FILE and QZSIM_LOG_LEVEL; setLogLevel overrides the level.
+void reloadLogSettings();
+void setLogLevel(int level);
+
+// Back to the state of a freshly loaded library: handlers terminated, no
+// model, no faults, no events or tasks, no capture, log settings re-read.
+void reset();
+
+} // namespace qzsim
+
+#endif
