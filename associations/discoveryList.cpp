@@ -5,6 +5,4 @@
 
 PEGASUS_USING_PEGASUS;
 
-int VexaProvider::buildDiscoveryInstanceList() {
-    return 0;
-}
+int VexaProvider::buildDiscoveryInstanceList() { return 0; }

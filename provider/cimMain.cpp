@@ -18,6 +18,4 @@ extern "C" PEGASUS_EXPORT CIMProvider* PegasusCreateProvider(const String& provi
     return 0;
 }
 
-extern "C" PEGASUS_EXPORT void stopServer(int) {
-    storeFlag(KeepRunning, 0);
-}
+extern "C" PEGASUS_EXPORT void stopServer(int) { storeFlag(KeepRunning, 0); }

@@ -103,14 +103,8 @@ CIMInstance* VexaProvider::findVexaInstance(VexaInstanceType type, char* key) {
     return found;
 }
 
-int VexaProvider::getReadLock() {
-    return pthread_rwlock_rdlock(&instanceLock);
-}
+int VexaProvider::getReadLock() { return pthread_rwlock_rdlock(&instanceLock); }
 
-int VexaProvider::getWriteLock() {
-    return pthread_rwlock_wrlock(&instanceLock);
-}
+int VexaProvider::getWriteLock() { return pthread_rwlock_wrlock(&instanceLock); }
 
-int VexaProvider::releaseLock() {
-    return pthread_rwlock_unlock(&instanceLock);
-}
+int VexaProvider::releaseLock() { return pthread_rwlock_unlock(&instanceLock); }

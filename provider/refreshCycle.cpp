@@ -16,9 +16,7 @@ static const unsigned REFRESH_THREAD_SLEEP_SECONDS = 180;
 // getDaemonState() value telling that the file-system daemon is down.
 static const int DAEMON_NOT_RUNNING = 1;
 
-int VexaProvider::buildAllVexaInstanceList(int) {
-    return 0;
-}
+int VexaProvider::buildAllVexaInstanceList(int) { return 0; }
 
 void* VexaProvider::refreshThread(void*) {
     while (loadFlag(KeepRunning) != 0) {

@@ -46,9 +46,7 @@ FilesystemInfo* findRecord(ClusterInfo* cluster, const char* name) {
 
 } // namespace
 
-bool pollingHandlerActive() {
-    return handlerActive;
-}
+bool pollingHandlerActive() { return handlerActive; }
 
 } // namespace qzsim
 

@@ -7,22 +7,16 @@
 
 using qzsim::deleteAll;
 
-NodeInfo::~NodeInfo() {
-    deleteAll(diskAccessList);
-}
+NodeInfo::~NodeInfo() { deleteAll(diskAccessList); }
 
 DiskInfo::~DiskInfo() {
     deleteAll(serverList);
     deleteAll(backupServerList);
 }
 
-StoragePoolInfo::~StoragePoolInfo() {
-    deleteAll(diskList);
-}
+StoragePoolInfo::~StoragePoolInfo() { deleteAll(diskList); }
 
-PolicyInfo::~PolicyInfo() {
-    deleteAll(ruleList);
-}
+PolicyInfo::~PolicyInfo() { deleteAll(ruleList); }
 
 FilesystemInfo::~FilesystemInfo() {
     deleteAll(poolList);

@@ -54,25 +54,17 @@ void failOperation(const std::string& operation, int code, int times) {
     FaultTable::instance().set(operation, code, times);
 }
 
-void clearFaults() {
-    FaultTable::instance().clear();
-}
+void clearFaults() { FaultTable::instance().clear(); }
 
 int injectedFailures(const std::string& operation) {
     return FaultTable::instance().failures(operation);
 }
 
-void postEvent(const Event& event) {
-    EventHub::instance().post(event);
-}
+void postEvent(const Event& event) { EventHub::instance().post(event); }
 
-void endEventStream() {
-    EventHub::instance().endStream();
-}
+void endEventStream() { EventHub::instance().endStream(); }
 
-bool waitForEventsDelivered(int timeoutMs) {
-    return EventHub::instance().waitDelivered(timeoutMs);
-}
+bool waitForEventsDelivered(int timeoutMs) { return EventHub::instance().waitDelivered(timeoutMs); }
 
 int setDaemonState(int state) {
     std::lock_guard<std::mutex> lock(SimState::instance().mutex());
@@ -90,32 +82,18 @@ int daemonState() {
     return model == nullptr ? MGMT_DAEMON_UNKNOWN : model->daemonState;
 }
 
-std::vector<TaskRecord> completedTasks() {
-    return TaskRunner::instance().completed();
-}
+std::vector<TaskRecord> completedTasks() { return TaskRunner::instance().completed(); }
 
 bool waitForTasks(std::size_t count, int timeoutMs) {
     return TaskRunner::instance().waitFor(count, timeoutMs);
 }
 
-void startLogCapture() {
-    LogSink::instance().startCapture();
-}
-void stopLogCapture() {
-    LogSink::instance().stopCapture();
-}
-std::vector<std::string> capturedLog() {
-    return LogSink::instance().captured();
-}
-void clearCapturedLog() {
-    LogSink::instance().clearCapture();
-}
-void reloadLogSettings() {
-    LogSink::instance().reloadSettings();
-}
-void setLogLevel(int level) {
-    LogSink::instance().setLevel(level);
-}
+void startLogCapture() { LogSink::instance().startCapture(); }
+void stopLogCapture() { LogSink::instance().stopCapture(); }
+std::vector<std::string> capturedLog() { return LogSink::instance().captured(); }
+void clearCapturedLog() { LogSink::instance().clearCapture(); }
+void reloadLogSettings() { LogSink::instance().reloadSettings(); }
+void setLogLevel(int level) { LogSink::instance().setLevel(level); }
 
 void reset() {
     EventsHandler::term();

@@ -11,9 +11,7 @@ TaskRunner& TaskRunner::instance() {
     return runner;
 }
 
-TaskRunner::~TaskRunner() {
-    stop();
-}
+TaskRunner::~TaskRunner() { stop(); }
 
 void TaskRunner::start() {
     std::lock_guard<std::mutex> lock(mutex_);

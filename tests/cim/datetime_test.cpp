@@ -16,9 +16,7 @@ std::string text(const CIMDateTime& d) {
     return std::string(static_cast<const char*>(d.toString().getCString()));
 }
 
-CIMDateTime at(const char* value) {
-    return CIMDateTime(String(value));
-}
+CIMDateTime at(const char* value) { return CIMDateTime(String(value)); }
 
 // Runs `f` with the process time zone set to `tz`, then restores it.
 template <class F>

@@ -9,9 +9,7 @@ PEGASUS_USING_PEGASUS;
 
 namespace {
 
-std::string text(const String& s) {
-    return std::string(static_cast<const char*>(s.getCString()));
-}
+std::string text(const String& s) { return std::string(static_cast<const char*>(s.getCString())); }
 
 CIMInstance makeDisk() {
     CIMInstance disk(CIMName("Vx_Disk"));

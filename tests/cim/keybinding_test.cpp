@@ -6,9 +6,7 @@ PEGASUS_USING_PEGASUS;
 
 namespace {
 
-std::string text(const String& s) {
-    return std::string(static_cast<const char*>(s.getCString()));
-}
+std::string text(const String& s) { return std::string(static_cast<const char*>(s.getCString())); }
 
 CIMKeyBinding numeric(const char* value) {
     return CIMKeyBinding(CIMName("k"), String(value), CIMKeyBinding::NUMERIC);

@@ -11,9 +11,7 @@ PEGASUS_USING_PEGASUS;
 
 namespace {
 
-std::string text(const String& s) {
-    return std::string((const char*)s.getCString());
-}
+std::string text(const String& s) { return std::string((const char*)s.getCString()); }
 
 } // namespace
 

@@ -10,9 +10,7 @@ PEGASUS_USING_PEGASUS;
 
 namespace {
 
-std::string text(const String& s) {
-    return std::string((const char*)s.getCString());
-}
+std::string text(const String& s) { return std::string((const char*)s.getCString()); }
 
 // The message of the Exception an operation throws, with a check that it is
 // a plain Exception and not a CIMException.

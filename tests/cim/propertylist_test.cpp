@@ -6,9 +6,7 @@ PEGASUS_USING_PEGASUS;
 
 namespace {
 
-std::string text(const String& s) {
-    return std::string(static_cast<const char*>(s.getCString()));
-}
+std::string text(const String& s) { return std::string(static_cast<const char*>(s.getCString())); }
 
 Array<CIMName> names(std::initializer_list<const char*> list) {
     Array<CIMName> result;

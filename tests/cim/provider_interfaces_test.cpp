@@ -74,9 +74,7 @@ public:
     OperationContext context() const { return getContext(); }
 };
 
-std::string text(const String& s) {
-    return std::string((const char*)s.getCString());
-}
+std::string text(const String& s) { return std::string((const char*)s.getCString()); }
 
 } // namespace
 

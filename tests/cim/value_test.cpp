@@ -10,13 +10,9 @@ PEGASUS_USING_PEGASUS;
 
 namespace {
 
-std::string text(const String& s) {
-    return std::string(static_cast<const char*>(s.getCString()));
-}
+std::string text(const String& s) { return std::string(static_cast<const char*>(s.getCString())); }
 
-std::string textOf(const CIMValue& v) {
-    return text(v.toString());
-}
+std::string textOf(const CIMValue& v) { return text(v.toString()); }
 
 CIMInstance makeInstance(const char* className, const char* name) {
     CIMInstance instance{CIMName(className)};

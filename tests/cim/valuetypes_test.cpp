@@ -47,9 +47,7 @@ using ValueTypes =
                      Real64, Char16, String, CIMDateTime, CIMObjectPath>;
 TYPED_TEST_SUITE(CIMValueEveryType, ValueTypes);
 
-std::string text(const String& s) {
-    return std::string(static_cast<const char*>(s.getCString()));
-}
+std::string text(const String& s) { return std::string(static_cast<const char*>(s.getCString())); }
 
 } // namespace
 

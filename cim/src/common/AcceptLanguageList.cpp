@@ -19,9 +19,7 @@ AcceptLanguageList::AcceptLanguageList() : _rep(new AcceptLanguageListRep) {}
 AcceptLanguageList::AcceptLanguageList(const AcceptLanguageList& x)
     : _rep(new AcceptLanguageListRep(*x._rep)) {}
 
-AcceptLanguageList::~AcceptLanguageList() {
-    delete _rep;
-}
+AcceptLanguageList::~AcceptLanguageList() { delete _rep; }
 
 AcceptLanguageList& AcceptLanguageList::operator=(const AcceptLanguageList& x) {
     if (this != &x) {
@@ -30,9 +28,7 @@ AcceptLanguageList& AcceptLanguageList::operator=(const AcceptLanguageList& x) {
     return *this;
 }
 
-Uint32 AcceptLanguageList::size() const {
-    return Uint32(_rep->entries.size());
-}
+Uint32 AcceptLanguageList::size() const { return Uint32(_rep->entries.size()); }
 
 void AcceptLanguageList::insert(const LanguageTag& languageTag, Real32 qualityValue) {
     // Written as a negated range test so that NaN is refused too.
@@ -82,9 +78,7 @@ Real32 AcceptLanguageList::getQualityValue(Uint32 index) const {
     return _rep->entries[index].quality;
 }
 
-void AcceptLanguageList::clear() {
-    _rep->entries.clear();
-}
+void AcceptLanguageList::clear() { _rep->entries.clear(); }
 
 Boolean AcceptLanguageList::operator==(const AcceptLanguageList& x) const {
     const auto& mine = _rep->entries;
@@ -100,8 +94,6 @@ Boolean AcceptLanguageList::operator==(const AcceptLanguageList& x) const {
     return true;
 }
 
-Boolean AcceptLanguageList::operator!=(const AcceptLanguageList& x) const {
-    return !(*this == x);
-}
+Boolean AcceptLanguageList::operator!=(const AcceptLanguageList& x) const { return !(*this == x); }
 
 PEGASUS_NAMESPACE_END

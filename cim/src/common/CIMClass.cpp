@@ -33,9 +33,7 @@ void copyKeyNames(const CIMObjectRep* rep, Array<CIMName>& keyNames) {
 
 CIMClass::CIMClass() : _rep(nullptr) {}
 
-CIMClass::CIMClass(const CIMClass& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMClass::CIMClass(const CIMClass& x) : _rep(x._rep) { retainRep(_rep); }
 
 CIMClass::CIMClass(const CIMObject& x) : _rep(classRepOf(x._rep)) {}
 
@@ -47,9 +45,7 @@ CIMClass& CIMClass::operator=(const CIMClass& x) {
     return *this;
 }
 
-CIMClass::~CIMClass() {
-    releaseRep(_rep);
-}
+CIMClass::~CIMClass() { releaseRep(_rep); }
 
 Boolean CIMClass::isAssociation() const {
     return checkedRep(_rep)->qualifiers.isTrue(CIMName("Association"));
@@ -59,21 +55,13 @@ Boolean CIMClass::isAbstract() const {
     return checkedRep(_rep)->qualifiers.isTrue(CIMName("Abstract"));
 }
 
-const CIMName& CIMClass::getClassName() const {
-    return checkedRep(_rep)->className();
-}
+const CIMName& CIMClass::getClassName() const { return checkedRep(_rep)->className(); }
 
-const CIMObjectPath& CIMClass::getPath() const {
-    return checkedRep(_rep)->path;
-}
+const CIMObjectPath& CIMClass::getPath() const { return checkedRep(_rep)->path; }
 
-void CIMClass::setPath(const CIMObjectPath& path) {
-    checkedRep(_rep)->setPath(path);
-}
+void CIMClass::setPath(const CIMObjectPath& path) { checkedRep(_rep)->setPath(path); }
 
-const CIMName& CIMClass::getSuperClassName() const {
-    return checkedRep(_rep)->superClassName;
-}
+const CIMName& CIMClass::getSuperClassName() const { return checkedRep(_rep)->superClassName; }
 
 void CIMClass::setSuperClassName(const CIMName& superClassName) {
     checkedRep(_rep)->superClassName = superClassName;
@@ -96,13 +84,9 @@ CIMConstQualifier CIMClass::getQualifier(Uint32 index) const {
     return checkedRep(_rep)->qualifiers.get(index);
 }
 
-void CIMClass::removeQualifier(Uint32 index) {
-    checkedRep(_rep)->qualifiers.remove(index);
-}
+void CIMClass::removeQualifier(Uint32 index) { checkedRep(_rep)->qualifiers.remove(index); }
 
-Uint32 CIMClass::getQualifierCount() const {
-    return checkedRep(_rep)->qualifiers.size();
-}
+Uint32 CIMClass::getQualifierCount() const { return checkedRep(_rep)->qualifiers.size(); }
 
 CIMClass& CIMClass::addProperty(const CIMProperty& x) {
     checkedRep(_rep)->addProperty(x);
@@ -113,21 +97,15 @@ Uint32 CIMClass::findProperty(const CIMName& name) const {
     return checkedRep(_rep)->findProperty(name);
 }
 
-CIMProperty CIMClass::getProperty(Uint32 index) {
-    return checkedRep(_rep)->property(index);
-}
+CIMProperty CIMClass::getProperty(Uint32 index) { return checkedRep(_rep)->property(index); }
 
 CIMConstProperty CIMClass::getProperty(Uint32 index) const {
     return checkedRep(_rep)->property(index);
 }
 
-void CIMClass::removeProperty(Uint32 index) {
-    checkedRep(_rep)->removeProperty(index);
-}
+void CIMClass::removeProperty(Uint32 index) { checkedRep(_rep)->removeProperty(index); }
 
-Uint32 CIMClass::getPropertyCount() const {
-    return checkedRep(_rep)->propertyCount();
-}
+Uint32 CIMClass::getPropertyCount() const { return checkedRep(_rep)->propertyCount(); }
 
 CIMClass& CIMClass::addMethod(const CIMMethod& x) {
     checkedRep(_rep)->addMethod(x);
@@ -138,51 +116,29 @@ Uint32 CIMClass::findMethod(const CIMName& name) const {
     return checkedRep(_rep)->findMethod(name);
 }
 
-CIMMethod CIMClass::getMethod(Uint32 index) {
-    return checkedRep(_rep)->method(index);
-}
+CIMMethod CIMClass::getMethod(Uint32 index) { return checkedRep(_rep)->method(index); }
 
-CIMConstMethod CIMClass::getMethod(Uint32 index) const {
-    return checkedRep(_rep)->method(index);
-}
+CIMConstMethod CIMClass::getMethod(Uint32 index) const { return checkedRep(_rep)->method(index); }
 
-void CIMClass::removeMethod(Uint32 index) {
-    checkedRep(_rep)->removeMethod(index);
-}
+void CIMClass::removeMethod(Uint32 index) { checkedRep(_rep)->removeMethod(index); }
 
-Uint32 CIMClass::getMethodCount() const {
-    return checkedRep(_rep)->methodCount();
-}
+Uint32 CIMClass::getMethodCount() const { return checkedRep(_rep)->methodCount(); }
 
-void CIMClass::getKeyNames(Array<CIMName>& keyNames) const {
-    copyKeyNames(_rep, keyNames);
-}
+void CIMClass::getKeyNames(Array<CIMName>& keyNames) const { copyKeyNames(_rep, keyNames); }
 
-Boolean CIMClass::hasKeys() const {
-    return checkedRep(_rep)->keyNames().size() != 0;
-}
+Boolean CIMClass::hasKeys() const { return checkedRep(_rep)->keyNames().size() != 0; }
 
-CIMClass CIMClass::clone() const {
-    return cloneClass(_rep);
-}
+CIMClass CIMClass::clone() const { return cloneClass(_rep); }
 
-Boolean CIMClass::identical(const CIMConstClass& x) const {
-    return identicalClasses(_rep, x._rep);
-}
+Boolean CIMClass::identical(const CIMConstClass& x) const { return identicalClasses(_rep, x._rep); }
 
-Boolean CIMClass::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMClass::isUninitialized() const { return _rep == nullptr; }
 
 CIMConstClass::CIMConstClass() : _rep(nullptr) {}
 
-CIMConstClass::CIMConstClass(const CIMConstClass& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMConstClass::CIMConstClass(const CIMConstClass& x) : _rep(x._rep) { retainRep(_rep); }
 
-CIMConstClass::CIMConstClass(const CIMClass& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMConstClass::CIMConstClass(const CIMClass& x) : _rep(x._rep) { retainRep(_rep); }
 
 CIMConstClass::CIMConstClass(const CIMObject& x) : _rep(classRepOf(x._rep)) {}
 
@@ -201,9 +157,7 @@ CIMConstClass& CIMConstClass::operator=(const CIMClass& x) {
     return *this;
 }
 
-CIMConstClass::~CIMConstClass() {
-    releaseRep(_rep);
-}
+CIMConstClass::~CIMConstClass() { releaseRep(_rep); }
 
 Boolean CIMConstClass::isAssociation() const {
     return checkedRep(_rep)->qualifiers.isTrue(CIMName("Association"));
@@ -213,17 +167,11 @@ Boolean CIMConstClass::isAbstract() const {
     return checkedRep(_rep)->qualifiers.isTrue(CIMName("Abstract"));
 }
 
-const CIMName& CIMConstClass::getClassName() const {
-    return checkedRep(_rep)->className();
-}
+const CIMName& CIMConstClass::getClassName() const { return checkedRep(_rep)->className(); }
 
-const CIMObjectPath& CIMConstClass::getPath() const {
-    return checkedRep(_rep)->path;
-}
+const CIMObjectPath& CIMConstClass::getPath() const { return checkedRep(_rep)->path; }
 
-const CIMName& CIMConstClass::getSuperClassName() const {
-    return checkedRep(_rep)->superClassName;
-}
+const CIMName& CIMConstClass::getSuperClassName() const { return checkedRep(_rep)->superClassName; }
 
 Uint32 CIMConstClass::findQualifier(const CIMName& name) const {
     return checkedRep(_rep)->qualifiers.find(name);
@@ -233,9 +181,7 @@ CIMConstQualifier CIMConstClass::getQualifier(Uint32 index) const {
     return checkedRep(_rep)->qualifiers.get(index);
 }
 
-Uint32 CIMConstClass::getQualifierCount() const {
-    return checkedRep(_rep)->qualifiers.size();
-}
+Uint32 CIMConstClass::getQualifierCount() const { return checkedRep(_rep)->qualifiers.size(); }
 
 Uint32 CIMConstClass::findProperty(const CIMName& name) const {
     return checkedRep(_rep)->findProperty(name);
@@ -245,9 +191,7 @@ CIMConstProperty CIMConstClass::getProperty(Uint32 index) const {
     return checkedRep(_rep)->property(index);
 }
 
-Uint32 CIMConstClass::getPropertyCount() const {
-    return checkedRep(_rep)->propertyCount();
-}
+Uint32 CIMConstClass::getPropertyCount() const { return checkedRep(_rep)->propertyCount(); }
 
 Uint32 CIMConstClass::findMethod(const CIMName& name) const {
     return checkedRep(_rep)->findMethod(name);
@@ -257,28 +201,18 @@ CIMConstMethod CIMConstClass::getMethod(Uint32 index) const {
     return checkedRep(_rep)->method(index);
 }
 
-Uint32 CIMConstClass::getMethodCount() const {
-    return checkedRep(_rep)->methodCount();
-}
+Uint32 CIMConstClass::getMethodCount() const { return checkedRep(_rep)->methodCount(); }
 
-void CIMConstClass::getKeyNames(Array<CIMName>& keyNames) const {
-    copyKeyNames(_rep, keyNames);
-}
+void CIMConstClass::getKeyNames(Array<CIMName>& keyNames) const { copyKeyNames(_rep, keyNames); }
 
-Boolean CIMConstClass::hasKeys() const {
-    return checkedRep(_rep)->keyNames().size() != 0;
-}
+Boolean CIMConstClass::hasKeys() const { return checkedRep(_rep)->keyNames().size() != 0; }
 
-CIMClass CIMConstClass::clone() const {
-    return cloneClass(_rep);
-}
+CIMClass CIMConstClass::clone() const { return cloneClass(_rep); }
 
 Boolean CIMConstClass::identical(const CIMConstClass& x) const {
     return identicalClasses(_rep, x._rep);
 }
 
-Boolean CIMConstClass::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMConstClass::isUninitialized() const { return _rep == nullptr; }
 
 PEGASUS_NAMESPACE_END

@@ -178,9 +178,7 @@ Uint32 digitPosition(Uint32 digitIndex) {
     return digitIndex < DOT_POSITION ? digitIndex : digitIndex + 1;
 }
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 Uint32 number(const char* text, Uint32 start, Uint32 length) {
     Uint32 value = 0;
@@ -330,26 +328,18 @@ CIMDateTime::CIMDateTime(Uint64 usec, Boolean isInterval) : _rep(nullptr) {
     _rep = new CIMDateTimeRep(makeRep(usec, isInterval, 0, 0));
 }
 
-CIMDateTime::~CIMDateTime() {
-    delete _rep;
-}
+CIMDateTime::~CIMDateTime() { delete _rep; }
 
 CIMDateTime& CIMDateTime::operator=(const CIMDateTime& x) {
     *_rep = *x._rep;
     return *this;
 }
 
-String CIMDateTime::toString() const {
-    return format(*_rep);
-}
+String CIMDateTime::toString() const { return format(*_rep); }
 
-void CIMDateTime::set(const String& str) {
-    *_rep = parse(str);
-}
+void CIMDateTime::set(const String& str) { *_rep = parse(str); }
 
-void CIMDateTime::clear() {
-    *_rep = CIMDateTimeRep();
-}
+void CIMDateTime::clear() { *_rep = CIMDateTimeRep(); }
 
 CIMDateTime CIMDateTime::getCurrentDateTime() {
     struct timespec now;
@@ -379,21 +369,13 @@ Sint64 CIMDateTime::getDifference(CIMDateTime startTime, CIMDateTime finishTime)
     return utcUsec(*finishTime._rep) - utcUsec(*startTime._rep);
 }
 
-Boolean CIMDateTime::isInterval() const {
-    return _rep->interval;
-}
+Boolean CIMDateTime::isInterval() const { return _rep->interval; }
 
-Boolean CIMDateTime::isInterval() {
-    return _rep->interval;
-}
+Boolean CIMDateTime::isInterval() { return _rep->interval; }
 
-Boolean CIMDateTime::equal(const CIMDateTime& x) const {
-    return compareRep(*_rep, *x._rep) == 0;
-}
+Boolean CIMDateTime::equal(const CIMDateTime& x) const { return compareRep(*_rep, *x._rep) == 0; }
 
-Uint64 CIMDateTime::toMicroSeconds() const {
-    return Uint64(utcUsec(*_rep));
-}
+Uint64 CIMDateTime::toMicroSeconds() const { return Uint64(utcUsec(*_rep)); }
 
 CIMDateTime CIMDateTime::operator+(const CIMDateTime& x) const {
     CIMDateTime result(*this);
@@ -495,8 +477,6 @@ Boolean CIMDateTime::operator!=(const CIMDateTime& x) const {
     return compareRep(*_rep, *x._rep) != 0;
 }
 
-Boolean operator==(const CIMDateTime& x, const CIMDateTime& y) {
-    return x.equal(y);
-}
+Boolean operator==(const CIMDateTime& x, const CIMDateTime& y) { return x.equal(y); }
 
 PEGASUS_NAMESPACE_END

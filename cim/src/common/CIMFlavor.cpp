@@ -38,21 +38,15 @@ CIMFlavor& CIMFlavor::operator=(const CIMFlavor& flavor) {
     return *this;
 }
 
-void CIMFlavor::addFlavor(const CIMFlavor& flavor) {
-    cimFlavor |= flavor.cimFlavor;
-}
+void CIMFlavor::addFlavor(const CIMFlavor& flavor) { cimFlavor |= flavor.cimFlavor; }
 
-void CIMFlavor::removeFlavor(const CIMFlavor& flavor) {
-    cimFlavor &= ~flavor.cimFlavor;
-}
+void CIMFlavor::removeFlavor(const CIMFlavor& flavor) { cimFlavor &= ~flavor.cimFlavor; }
 
 Boolean CIMFlavor::hasFlavor(const CIMFlavor& flavor) const {
     return (cimFlavor & flavor.cimFlavor) == flavor.cimFlavor;
 }
 
-Boolean CIMFlavor::equal(const CIMFlavor& flavor) const {
-    return cimFlavor == flavor.cimFlavor;
-}
+Boolean CIMFlavor::equal(const CIMFlavor& flavor) const { return cimFlavor == flavor.cimFlavor; }
 
 CIMFlavor CIMFlavor::operator+(const CIMFlavor& flavor) const {
     return CIMFlavor(Uint32(cimFlavor | flavor.cimFlavor));

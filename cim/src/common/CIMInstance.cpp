@@ -45,9 +45,7 @@ CIMInstance cloneInstance(const CIMObjectRep* rep) {
 
 CIMInstance::CIMInstance() : _rep(nullptr) {}
 
-CIMInstance::CIMInstance(const CIMInstance& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMInstance::CIMInstance(const CIMInstance& x) : _rep(x._rep) { retainRep(_rep); }
 
 CIMInstance::CIMInstance(const CIMObject& x) : _rep(instanceRepOf(x._rep)) {}
 
@@ -59,21 +57,13 @@ CIMInstance& CIMInstance::operator=(const CIMInstance& x) {
     return *this;
 }
 
-CIMInstance::~CIMInstance() {
-    releaseRep(_rep);
-}
+CIMInstance::~CIMInstance() { releaseRep(_rep); }
 
-const CIMName& CIMInstance::getClassName() const {
-    return checkedRep(_rep)->className();
-}
+const CIMName& CIMInstance::getClassName() const { return checkedRep(_rep)->className(); }
 
-const CIMObjectPath& CIMInstance::getPath() const {
-    return checkedRep(_rep)->path;
-}
+const CIMObjectPath& CIMInstance::getPath() const { return checkedRep(_rep)->path; }
 
-void CIMInstance::setPath(const CIMObjectPath& path) {
-    checkedRep(_rep)->setPath(path);
-}
+void CIMInstance::setPath(const CIMObjectPath& path) { checkedRep(_rep)->setPath(path); }
 
 CIMInstance& CIMInstance::addQualifier(const CIMQualifier& qualifier) {
     checkedRep(_rep)->qualifiers.add(qualifier);
@@ -92,13 +82,9 @@ CIMConstQualifier CIMInstance::getQualifier(Uint32 index) const {
     return checkedRep(_rep)->qualifiers.get(index);
 }
 
-void CIMInstance::removeQualifier(Uint32 index) {
-    checkedRep(_rep)->qualifiers.remove(index);
-}
+void CIMInstance::removeQualifier(Uint32 index) { checkedRep(_rep)->qualifiers.remove(index); }
 
-Uint32 CIMInstance::getQualifierCount() const {
-    return checkedRep(_rep)->qualifiers.size();
-}
+Uint32 CIMInstance::getQualifierCount() const { return checkedRep(_rep)->qualifiers.size(); }
 
 CIMInstance& CIMInstance::addProperty(const CIMProperty& x) {
     checkedRep(_rep)->addProperty(x);
@@ -109,37 +95,27 @@ Uint32 CIMInstance::findProperty(const CIMName& name) const {
     return checkedRep(_rep)->findProperty(name);
 }
 
-CIMProperty CIMInstance::getProperty(Uint32 index) {
-    return checkedRep(_rep)->property(index);
-}
+CIMProperty CIMInstance::getProperty(Uint32 index) { return checkedRep(_rep)->property(index); }
 
 CIMConstProperty CIMInstance::getProperty(Uint32 index) const {
     return checkedRep(_rep)->property(index);
 }
 
-void CIMInstance::removeProperty(Uint32 index) {
-    checkedRep(_rep)->removeProperty(index);
-}
+void CIMInstance::removeProperty(Uint32 index) { checkedRep(_rep)->removeProperty(index); }
 
-Uint32 CIMInstance::getPropertyCount() const {
-    return checkedRep(_rep)->propertyCount();
-}
+Uint32 CIMInstance::getPropertyCount() const { return checkedRep(_rep)->propertyCount(); }
 
 CIMObjectPath CIMInstance::buildPath(const CIMConstClass& cimClass) const {
     return buildInstancePath(_rep, RepAccess::rep(cimClass));
 }
 
-CIMInstance CIMInstance::clone() const {
-    return cloneInstance(_rep);
-}
+CIMInstance CIMInstance::clone() const { return cloneInstance(_rep); }
 
 Boolean CIMInstance::identical(const CIMConstInstance& x) const {
     return identicalObjects(_rep, x._rep);
 }
 
-Boolean CIMInstance::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMInstance::isUninitialized() const { return _rep == nullptr; }
 
 void CIMInstance::instanceFilter(Boolean includeQualifiers, Boolean includeClassOrigin,
                                  const CIMPropertyList& propertyList) {
@@ -161,13 +137,9 @@ void CIMInstance::instanceFilter(Boolean includeQualifiers, Boolean includeClass
 
 CIMConstInstance::CIMConstInstance() : _rep(nullptr) {}
 
-CIMConstInstance::CIMConstInstance(const CIMConstInstance& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMConstInstance::CIMConstInstance(const CIMConstInstance& x) : _rep(x._rep) { retainRep(_rep); }
 
-CIMConstInstance::CIMConstInstance(const CIMInstance& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMConstInstance::CIMConstInstance(const CIMInstance& x) : _rep(x._rep) { retainRep(_rep); }
 
 CIMConstInstance::CIMConstInstance(const CIMObject& x) : _rep(instanceRepOf(x._rep)) {}
 
@@ -186,17 +158,11 @@ CIMConstInstance& CIMConstInstance::operator=(const CIMInstance& x) {
     return *this;
 }
 
-CIMConstInstance::~CIMConstInstance() {
-    releaseRep(_rep);
-}
+CIMConstInstance::~CIMConstInstance() { releaseRep(_rep); }
 
-const CIMName& CIMConstInstance::getClassName() const {
-    return checkedRep(_rep)->className();
-}
+const CIMName& CIMConstInstance::getClassName() const { return checkedRep(_rep)->className(); }
 
-const CIMObjectPath& CIMConstInstance::getPath() const {
-    return checkedRep(_rep)->path;
-}
+const CIMObjectPath& CIMConstInstance::getPath() const { return checkedRep(_rep)->path; }
 
 Uint32 CIMConstInstance::findQualifier(const CIMName& name) const {
     return checkedRep(_rep)->qualifiers.find(name);
@@ -206,9 +172,7 @@ CIMConstQualifier CIMConstInstance::getQualifier(Uint32 index) const {
     return checkedRep(_rep)->qualifiers.get(index);
 }
 
-Uint32 CIMConstInstance::getQualifierCount() const {
-    return checkedRep(_rep)->qualifiers.size();
-}
+Uint32 CIMConstInstance::getQualifierCount() const { return checkedRep(_rep)->qualifiers.size(); }
 
 Uint32 CIMConstInstance::findProperty(const CIMName& name) const {
     return checkedRep(_rep)->findProperty(name);
@@ -218,24 +182,18 @@ CIMConstProperty CIMConstInstance::getProperty(Uint32 index) const {
     return checkedRep(_rep)->property(index);
 }
 
-Uint32 CIMConstInstance::getPropertyCount() const {
-    return checkedRep(_rep)->propertyCount();
-}
+Uint32 CIMConstInstance::getPropertyCount() const { return checkedRep(_rep)->propertyCount(); }
 
 CIMObjectPath CIMConstInstance::buildPath(const CIMConstClass& cimClass) const {
     return buildInstancePath(_rep, RepAccess::rep(cimClass));
 }
 
-CIMInstance CIMConstInstance::clone() const {
-    return cloneInstance(_rep);
-}
+CIMInstance CIMConstInstance::clone() const { return cloneInstance(_rep); }
 
 Boolean CIMConstInstance::identical(const CIMConstInstance& x) const {
     return identicalObjects(_rep, x._rep);
 }
 
-Boolean CIMConstInstance::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMConstInstance::isUninitialized() const { return _rep == nullptr; }
 
 PEGASUS_NAMESPACE_END

@@ -175,9 +175,7 @@ CIMKeyBinding::CIMKeyBinding(const CIMName& name, const CIMValue& value) : _rep(
     _rep->type = type;
 }
 
-CIMKeyBinding::~CIMKeyBinding() {
-    delete _rep;
-}
+CIMKeyBinding::~CIMKeyBinding() { delete _rep; }
 
 CIMKeyBinding& CIMKeyBinding::operator=(const CIMKeyBinding& x) {
     if (this != &x)
@@ -185,29 +183,17 @@ CIMKeyBinding& CIMKeyBinding::operator=(const CIMKeyBinding& x) {
     return *this;
 }
 
-const CIMName& CIMKeyBinding::getName() const {
-    return _rep->name;
-}
+const CIMName& CIMKeyBinding::getName() const { return _rep->name; }
 
-void CIMKeyBinding::setName(const CIMName& name) {
-    _rep->name = name;
-}
+void CIMKeyBinding::setName(const CIMName& name) { _rep->name = name; }
 
-const String& CIMKeyBinding::getValue() const {
-    return _rep->value;
-}
+const String& CIMKeyBinding::getValue() const { return _rep->value; }
 
-void CIMKeyBinding::setValue(const String& value) {
-    _rep->value = value;
-}
+void CIMKeyBinding::setValue(const String& value) { _rep->value = value; }
 
-CIMKeyBinding::Type CIMKeyBinding::getType() const {
-    return _rep->type;
-}
+CIMKeyBinding::Type CIMKeyBinding::getType() const { return _rep->type; }
 
-void CIMKeyBinding::setType(Type type) {
-    _rep->type = type;
-}
+void CIMKeyBinding::setType(Type type) { _rep->type = type; }
 
 Boolean CIMKeyBinding::equal(CIMValue value) {
     if (value.isArray() || value.getType() == CIMTYPE_OBJECT || value.getType() == CIMTYPE_INSTANCE)

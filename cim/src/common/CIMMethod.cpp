@@ -81,26 +81,20 @@ CIMMethod cloneMethod(const CIMMethodRep* rep) {
 
 CIMMethod::CIMMethod() : _rep(nullptr) {}
 
-CIMMethod::CIMMethod(const CIMMethod& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMMethod::CIMMethod(const CIMMethod& x) : _rep(x._rep) { retainRep(_rep); }
 
 CIMMethod::CIMMethod(const CIMName& name, CIMType type, const CIMName& classOrigin,
                      Boolean propagated)
     : _rep(makeMethodRep(name, type, classOrigin, propagated)) {}
 
-CIMMethod::~CIMMethod() {
-    releaseRep(_rep);
-}
+CIMMethod::~CIMMethod() { releaseRep(_rep); }
 
 CIMMethod& CIMMethod::operator=(const CIMMethod& x) {
     assignRep(_rep, x._rep);
     return *this;
 }
 
-const CIMName& CIMMethod::getName() const {
-    return checkedRep(_rep)->name;
-}
+const CIMName& CIMMethod::getName() const { return checkedRep(_rep)->name; }
 
 void CIMMethod::setName(const CIMName& name) {
     if (name.isNull())
@@ -108,29 +102,19 @@ void CIMMethod::setName(const CIMName& name) {
     checkedRep(_rep)->name = name;
 }
 
-CIMType CIMMethod::getType() const {
-    return checkedRep(_rep)->type;
-}
+CIMType CIMMethod::getType() const { return checkedRep(_rep)->type; }
 
-void CIMMethod::setType(CIMType type) {
-    checkedRep(_rep)->type = type;
-}
+void CIMMethod::setType(CIMType type) { checkedRep(_rep)->type = type; }
 
-const CIMName& CIMMethod::getClassOrigin() const {
-    return checkedRep(_rep)->classOrigin;
-}
+const CIMName& CIMMethod::getClassOrigin() const { return checkedRep(_rep)->classOrigin; }
 
 void CIMMethod::setClassOrigin(const CIMName& classOrigin) {
     checkedRep(_rep)->classOrigin = classOrigin;
 }
 
-Boolean CIMMethod::getPropagated() const {
-    return checkedRep(_rep)->propagated;
-}
+Boolean CIMMethod::getPropagated() const { return checkedRep(_rep)->propagated; }
 
-void CIMMethod::setPropagated(Boolean propagated) {
-    checkedRep(_rep)->propagated = propagated;
-}
+void CIMMethod::setPropagated(Boolean propagated) { checkedRep(_rep)->propagated = propagated; }
 
 CIMMethod& CIMMethod::addQualifier(const CIMQualifier& x) {
     checkedRep(_rep)->qualifiers.add(x);
@@ -149,13 +133,9 @@ CIMConstQualifier CIMMethod::getQualifier(Uint32 index) const {
     return checkedRep(_rep)->qualifiers.get(index);
 }
 
-void CIMMethod::removeQualifier(Uint32 index) {
-    checkedRep(_rep)->qualifiers.remove(index);
-}
+void CIMMethod::removeQualifier(Uint32 index) { checkedRep(_rep)->qualifiers.remove(index); }
 
-Uint32 CIMMethod::getQualifierCount() const {
-    return checkedRep(_rep)->qualifiers.size();
-}
+Uint32 CIMMethod::getQualifierCount() const { return checkedRep(_rep)->qualifiers.size(); }
 
 CIMMethod& CIMMethod::addParameter(const CIMParameter& x) {
     CIMMethodRep* rep = checkedRep(_rep);
@@ -171,9 +151,7 @@ Uint32 CIMMethod::findParameter(const CIMName& name) const {
     return checkedRep(_rep)->findParameter(name);
 }
 
-CIMParameter CIMMethod::getParameter(Uint32 index) {
-    return checkedRep(_rep)->parameter(index);
-}
+CIMParameter CIMMethod::getParameter(Uint32 index) { return checkedRep(_rep)->parameter(index); }
 
 CIMConstParameter CIMMethod::getParameter(Uint32 index) const {
     return checkedRep(_rep)->parameter(index);
@@ -186,39 +164,27 @@ void CIMMethod::removeParameter(Uint32 index) {
     rep->parameters.erase(rep->parameters.begin() + index);
 }
 
-Uint32 CIMMethod::getParameterCount() const {
-    return Uint32(checkedRep(_rep)->parameters.size());
-}
+Uint32 CIMMethod::getParameterCount() const { return Uint32(checkedRep(_rep)->parameters.size()); }
 
-Boolean CIMMethod::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMMethod::isUninitialized() const { return _rep == nullptr; }
 
 Boolean CIMMethod::identical(const CIMConstMethod& x) const {
     return identicalMethods(_rep, x._rep);
 }
 
-CIMMethod CIMMethod::clone() const {
-    return cloneMethod(_rep);
-}
+CIMMethod CIMMethod::clone() const { return cloneMethod(_rep); }
 
 CIMConstMethod::CIMConstMethod() : _rep(nullptr) {}
 
-CIMConstMethod::CIMConstMethod(const CIMConstMethod& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMConstMethod::CIMConstMethod(const CIMConstMethod& x) : _rep(x._rep) { retainRep(_rep); }
 
-CIMConstMethod::CIMConstMethod(const CIMMethod& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMConstMethod::CIMConstMethod(const CIMMethod& x) : _rep(x._rep) { retainRep(_rep); }
 
 CIMConstMethod::CIMConstMethod(const CIMName& name, CIMType type, const CIMName& classOrigin,
                                Boolean propagated)
     : _rep(makeMethodRep(name, type, classOrigin, propagated)) {}
 
-CIMConstMethod::~CIMConstMethod() {
-    releaseRep(_rep);
-}
+CIMConstMethod::~CIMConstMethod() { releaseRep(_rep); }
 
 CIMConstMethod& CIMConstMethod::operator=(const CIMConstMethod& x) {
     assignRep(_rep, x._rep);
@@ -230,21 +196,13 @@ CIMConstMethod& CIMConstMethod::operator=(const CIMMethod& x) {
     return *this;
 }
 
-const CIMName& CIMConstMethod::getName() const {
-    return checkedRep(_rep)->name;
-}
+const CIMName& CIMConstMethod::getName() const { return checkedRep(_rep)->name; }
 
-CIMType CIMConstMethod::getType() const {
-    return checkedRep(_rep)->type;
-}
+CIMType CIMConstMethod::getType() const { return checkedRep(_rep)->type; }
 
-const CIMName& CIMConstMethod::getClassOrigin() const {
-    return checkedRep(_rep)->classOrigin;
-}
+const CIMName& CIMConstMethod::getClassOrigin() const { return checkedRep(_rep)->classOrigin; }
 
-Boolean CIMConstMethod::getPropagated() const {
-    return checkedRep(_rep)->propagated;
-}
+Boolean CIMConstMethod::getPropagated() const { return checkedRep(_rep)->propagated; }
 
 Uint32 CIMConstMethod::findQualifier(const CIMName& name) const {
     return checkedRep(_rep)->qualifiers.find(name);
@@ -254,9 +212,7 @@ CIMConstQualifier CIMConstMethod::getQualifier(Uint32 index) const {
     return checkedRep(_rep)->qualifiers.get(index);
 }
 
-Uint32 CIMConstMethod::getQualifierCount() const {
-    return checkedRep(_rep)->qualifiers.size();
-}
+Uint32 CIMConstMethod::getQualifierCount() const { return checkedRep(_rep)->qualifiers.size(); }
 
 Uint32 CIMConstMethod::findParameter(const CIMName& name) const {
     return checkedRep(_rep)->findParameter(name);
@@ -270,16 +226,12 @@ Uint32 CIMConstMethod::getParameterCount() const {
     return Uint32(checkedRep(_rep)->parameters.size());
 }
 
-Boolean CIMConstMethod::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMConstMethod::isUninitialized() const { return _rep == nullptr; }
 
 Boolean CIMConstMethod::identical(const CIMConstMethod& x) const {
     return identicalMethods(_rep, x._rep);
 }
 
-CIMMethod CIMConstMethod::clone() const {
-    return cloneMethod(_rep);
-}
+CIMMethod CIMConstMethod::clone() const { return cloneMethod(_rep); }
 
 PEGASUS_NAMESPACE_END

@@ -10,9 +10,7 @@ bool isNameStart(Uint16 unit) {
            (unit >= 0x0080 && unit <= 0xFFEF);
 }
 
-bool isNamePart(Uint16 unit) {
-    return isNameStart(unit) || (unit >= '0' && unit <= '9');
-}
+bool isNamePart(Uint16 unit) { return isNameStart(unit) || (unit >= '0' && unit <= '9'); }
 
 bool legalName(const Char16* units, Uint32 n) {
     if (n == 0 || !isNameStart(units[0]))
@@ -72,43 +70,27 @@ CIMName& CIMName::operator=(const String& name) {
     return *this;
 }
 
-const String& CIMName::getString() const {
-    return cimName;
-}
+const String& CIMName::getString() const { return cimName; }
 
-Boolean CIMName::isNull() const {
-    return cimName.size() == 0;
-}
+Boolean CIMName::isNull() const { return cimName.size() == 0; }
 
-void CIMName::clear() {
-    cimName.clear();
-}
+void CIMName::clear() { cimName.clear(); }
 
 Boolean CIMName::equal(const CIMName& name) const {
     return String::equalNoCase(cimName, name.cimName);
 }
 
-Boolean CIMName::legal(const String& name) {
-    return legalName(name.getChar16Data(), name.size());
-}
+Boolean CIMName::legal(const String& name) { return legalName(name.getChar16Data(), name.size()); }
 
-Boolean operator==(const CIMName& name1, const CIMName& name2) {
-    return name1.equal(name2);
-}
+Boolean operator==(const CIMName& name1, const CIMName& name2) { return name1.equal(name2); }
 
-Boolean operator!=(const CIMName& name1, const CIMName& name2) {
-    return !name1.equal(name2);
-}
+Boolean operator!=(const CIMName& name1, const CIMName& name2) { return !name1.equal(name2); }
 
 CIMNamespaceName::CIMNamespaceName() {}
 
-CIMNamespaceName::CIMNamespaceName(const String& name) {
-    *this = name;
-}
+CIMNamespaceName::CIMNamespaceName(const String& name) { *this = name; }
 
-CIMNamespaceName::CIMNamespaceName(const char* name) {
-    *this = String(name);
-}
+CIMNamespaceName::CIMNamespaceName(const char* name) { *this = String(name); }
 
 CIMNamespaceName::CIMNamespaceName(const CIMNamespaceName& name)
     : cimNamespaceName(name.cimNamespaceName) {}
@@ -126,17 +108,11 @@ CIMNamespaceName& CIMNamespaceName::operator=(const String& name) {
     return *this;
 }
 
-const String& CIMNamespaceName::getString() const {
-    return cimNamespaceName;
-}
+const String& CIMNamespaceName::getString() const { return cimNamespaceName; }
 
-Boolean CIMNamespaceName::isNull() const {
-    return cimNamespaceName.size() == 0;
-}
+Boolean CIMNamespaceName::isNull() const { return cimNamespaceName.size() == 0; }
 
-void CIMNamespaceName::clear() {
-    cimNamespaceName.clear();
-}
+void CIMNamespaceName::clear() { cimNamespaceName.clear(); }
 
 Boolean CIMNamespaceName::equal(const CIMNamespaceName& name) const {
     return String::equalNoCase(cimNamespaceName, name.cimNamespaceName);

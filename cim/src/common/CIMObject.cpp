@@ -40,21 +40,13 @@ CIMObject& CIMObject::operator=(const CIMObject& x) {
     return *this;
 }
 
-CIMObject::~CIMObject() {
-    releaseRep(_rep);
-}
+CIMObject::~CIMObject() { releaseRep(_rep); }
 
-const CIMName& CIMObject::getClassName() const {
-    return checkedRep(_rep)->className();
-}
+const CIMName& CIMObject::getClassName() const { return checkedRep(_rep)->className(); }
 
-const CIMObjectPath& CIMObject::getPath() const {
-    return checkedRep(_rep)->path;
-}
+const CIMObjectPath& CIMObject::getPath() const { return checkedRep(_rep)->path; }
 
-void CIMObject::setPath(const CIMObjectPath& path) {
-    checkedRep(_rep)->setPath(path);
-}
+void CIMObject::setPath(const CIMObjectPath& path) { checkedRep(_rep)->setPath(path); }
 
 CIMObject& CIMObject::addQualifier(const CIMQualifier& qualifier) {
     checkedRep(_rep)->qualifiers.add(qualifier);
@@ -73,13 +65,9 @@ CIMConstQualifier CIMObject::getQualifier(Uint32 index) const {
     return checkedRep(_rep)->qualifiers.get(index);
 }
 
-void CIMObject::removeQualifier(Uint32 index) {
-    checkedRep(_rep)->qualifiers.remove(index);
-}
+void CIMObject::removeQualifier(Uint32 index) { checkedRep(_rep)->qualifiers.remove(index); }
 
-Uint32 CIMObject::getQualifierCount() const {
-    return checkedRep(_rep)->qualifiers.size();
-}
+Uint32 CIMObject::getQualifierCount() const { return checkedRep(_rep)->qualifiers.size(); }
 
 CIMObject& CIMObject::addProperty(const CIMProperty& x) {
     checkedRep(_rep)->addProperty(x);
@@ -90,45 +78,29 @@ Uint32 CIMObject::findProperty(const CIMName& name) const {
     return checkedRep(_rep)->findProperty(name);
 }
 
-CIMProperty CIMObject::getProperty(Uint32 index) {
-    return checkedRep(_rep)->property(index);
-}
+CIMProperty CIMObject::getProperty(Uint32 index) { return checkedRep(_rep)->property(index); }
 
 CIMConstProperty CIMObject::getProperty(Uint32 index) const {
     return checkedRep(_rep)->property(index);
 }
 
-void CIMObject::removeProperty(Uint32 index) {
-    checkedRep(_rep)->removeProperty(index);
-}
+void CIMObject::removeProperty(Uint32 index) { checkedRep(_rep)->removeProperty(index); }
 
-Uint32 CIMObject::getPropertyCount() const {
-    return checkedRep(_rep)->propertyCount();
-}
+Uint32 CIMObject::getPropertyCount() const { return checkedRep(_rep)->propertyCount(); }
 
-CIMObject CIMObject::clone() const {
-    return cloneObject(_rep);
-}
+CIMObject CIMObject::clone() const { return cloneObject(_rep); }
 
 Boolean CIMObject::identical(const CIMConstObject& x) const {
     return identicalObjects(_rep, x._rep);
 }
 
-Boolean CIMObject::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMObject::isUninitialized() const { return _rep == nullptr; }
 
-String CIMObject::toString() const {
-    return objectToXml(*checkedRep(_rep));
-}
+String CIMObject::toString() const { return objectToXml(*checkedRep(_rep)); }
 
-Boolean CIMObject::isClass() const {
-    return checkedRep(_rep)->kind == CIMObjectRep::CLASS;
-}
+Boolean CIMObject::isClass() const { return checkedRep(_rep)->kind == CIMObjectRep::CLASS; }
 
-Boolean CIMObject::isInstance() const {
-    return checkedRep(_rep)->kind == CIMObjectRep::INSTANCE;
-}
+Boolean CIMObject::isInstance() const { return checkedRep(_rep)->kind == CIMObjectRep::INSTANCE; }
 
 CIMConstObject::CIMConstObject() : _rep(nullptr) {}
 
@@ -149,17 +121,11 @@ CIMConstObject& CIMConstObject::operator=(const CIMConstObject& x) {
     return *this;
 }
 
-CIMConstObject::~CIMConstObject() {
-    releaseRep(_rep);
-}
+CIMConstObject::~CIMConstObject() { releaseRep(_rep); }
 
-const CIMName& CIMConstObject::getClassName() const {
-    return checkedRep(_rep)->className();
-}
+const CIMName& CIMConstObject::getClassName() const { return checkedRep(_rep)->className(); }
 
-const CIMObjectPath& CIMConstObject::getPath() const {
-    return checkedRep(_rep)->path;
-}
+const CIMObjectPath& CIMConstObject::getPath() const { return checkedRep(_rep)->path; }
 
 Uint32 CIMConstObject::findQualifier(const CIMName& name) const {
     return checkedRep(_rep)->qualifiers.find(name);
@@ -169,9 +135,7 @@ CIMConstQualifier CIMConstObject::getQualifier(Uint32 index) const {
     return checkedRep(_rep)->qualifiers.get(index);
 }
 
-Uint32 CIMConstObject::getQualifierCount() const {
-    return checkedRep(_rep)->qualifiers.size();
-}
+Uint32 CIMConstObject::getQualifierCount() const { return checkedRep(_rep)->qualifiers.size(); }
 
 Uint32 CIMConstObject::findProperty(const CIMName& name) const {
     return checkedRep(_rep)->findProperty(name);
@@ -181,29 +145,19 @@ CIMConstProperty CIMConstObject::getProperty(Uint32 index) const {
     return checkedRep(_rep)->property(index);
 }
 
-Uint32 CIMConstObject::getPropertyCount() const {
-    return checkedRep(_rep)->propertyCount();
-}
+Uint32 CIMConstObject::getPropertyCount() const { return checkedRep(_rep)->propertyCount(); }
 
-CIMObject CIMConstObject::clone() const {
-    return cloneObject(_rep);
-}
+CIMObject CIMConstObject::clone() const { return cloneObject(_rep); }
 
 Boolean CIMConstObject::identical(const CIMConstObject& x) const {
     return identicalObjects(_rep, x._rep);
 }
 
-Boolean CIMConstObject::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMConstObject::isUninitialized() const { return _rep == nullptr; }
 
-String CIMConstObject::toString() const {
-    return objectToXml(*checkedRep(_rep));
-}
+String CIMConstObject::toString() const { return objectToXml(*checkedRep(_rep)); }
 
-Boolean CIMConstObject::isClass() const {
-    return checkedRep(_rep)->kind == CIMObjectRep::CLASS;
-}
+Boolean CIMConstObject::isClass() const { return checkedRep(_rep)->kind == CIMObjectRep::CLASS; }
 
 Boolean CIMConstObject::isInstance() const {
     return checkedRep(_rep)->kind == CIMObjectRep::INSTANCE;

@@ -118,9 +118,7 @@ String canonicalText(const CIMObjectPath& path) {
 
 CIMObjectPath::CIMObjectPath() : _rep(new CIMObjectPathRep()) {}
 
-CIMObjectPath::CIMObjectPath(const CIMObjectPath& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMObjectPath::CIMObjectPath(const CIMObjectPath& x) : _rep(x._rep) { retainRep(_rep); }
 
 CIMObjectPath::CIMObjectPath(const String& objectName) : _rep(new CIMObjectPathRep()) {
     try {
@@ -142,9 +140,7 @@ CIMObjectPath::CIMObjectPath(const String& host, const CIMNamespaceName& nameSpa
     }
 }
 
-CIMObjectPath::~CIMObjectPath() {
-    releaseRep(_rep);
-}
+CIMObjectPath::~CIMObjectPath() { releaseRep(_rep); }
 
 CIMObjectPath& CIMObjectPath::operator=(const CIMObjectPath& x) {
     assignRep(_rep, x._rep);
@@ -190,9 +186,7 @@ void CIMObjectPath::set(const String& objectName) {
     set(parts.host, parts.nameSpace, parts.className, parts.keyBindings);
 }
 
-const String& CIMObjectPath::getHost() const {
-    return _rep->host;
-}
+const String& CIMObjectPath::getHost() const { return _rep->host; }
 
 void CIMObjectPath::setHost(const String& host) {
     if (host.size() && !isValidHostName(host) && !String::equal(host, localHostName()))
@@ -201,27 +195,21 @@ void CIMObjectPath::setHost(const String& host) {
     _rep->host = host;
 }
 
-const CIMNamespaceName& CIMObjectPath::getNameSpace() const {
-    return _rep->nameSpace;
-}
+const CIMNamespaceName& CIMObjectPath::getNameSpace() const { return _rep->nameSpace; }
 
 void CIMObjectPath::setNameSpace(const CIMNamespaceName& nameSpace) {
     _detach();
     _rep->nameSpace = nameSpace;
 }
 
-const CIMName& CIMObjectPath::getClassName() const {
-    return _rep->className;
-}
+const CIMName& CIMObjectPath::getClassName() const { return _rep->className; }
 
 void CIMObjectPath::setClassName(const CIMName& className) {
     _detach();
     _rep->className = className;
 }
 
-const Array<CIMKeyBinding>& CIMObjectPath::getKeyBindings() const {
-    return _rep->keyBindings;
-}
+const Array<CIMKeyBinding>& CIMObjectPath::getKeyBindings() const { return _rep->keyBindings; }
 
 void CIMObjectPath::setKeyBindings(const Array<CIMKeyBinding>& keyBindings) {
     Array<CIMKeyBinding> keys = keyBindings;
@@ -283,12 +271,8 @@ Uint32 CIMObjectPath::makeHashCode() const {
     return hash;
 }
 
-Boolean operator==(const CIMObjectPath& x, const CIMObjectPath& y) {
-    return x.identical(y);
-}
+Boolean operator==(const CIMObjectPath& x, const CIMObjectPath& y) { return x.identical(y); }
 
-Boolean operator!=(const CIMObjectPath& x, const CIMObjectPath& y) {
-    return !x.identical(y);
-}
+Boolean operator!=(const CIMObjectPath& x, const CIMObjectPath& y) { return !x.identical(y); }
 
 PEGASUS_NAMESPACE_END

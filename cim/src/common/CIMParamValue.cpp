@@ -16,9 +16,7 @@ public:
 
 CIMParamValue::CIMParamValue() : _rep(nullptr) {}
 
-CIMParamValue::CIMParamValue(const CIMParamValue& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMParamValue::CIMParamValue(const CIMParamValue& x) : _rep(x._rep) { retainRep(_rep); }
 
 CIMParamValue& CIMParamValue::operator=(const CIMParamValue& x) {
     assignRep(_rep, x._rep);
@@ -35,21 +33,13 @@ CIMParamValue::CIMParamValue(String parameterName, CIMValue value, Boolean isTyp
     _rep->isTyped = isTyped;
 }
 
-CIMParamValue::~CIMParamValue() {
-    releaseRep(_rep);
-}
+CIMParamValue::~CIMParamValue() { releaseRep(_rep); }
 
-String CIMParamValue::getParameterName() const {
-    return checkedRep(_rep)->parameterName;
-}
+String CIMParamValue::getParameterName() const { return checkedRep(_rep)->parameterName; }
 
-CIMValue CIMParamValue::getValue() const {
-    return checkedRep(_rep)->value;
-}
+CIMValue CIMParamValue::getValue() const { return checkedRep(_rep)->value; }
 
-Boolean CIMParamValue::isTyped() const {
-    return checkedRep(_rep)->isTyped;
-}
+Boolean CIMParamValue::isTyped() const { return checkedRep(_rep)->isTyped; }
 
 void CIMParamValue::setParameterName(String& parameterName) {
     CIMParamValueRep* rep = checkedRep(_rep);
@@ -58,21 +48,15 @@ void CIMParamValue::setParameterName(String& parameterName) {
     rep->parameterName = parameterName;
 }
 
-void CIMParamValue::setValue(CIMValue& value) {
-    checkedRep(_rep)->value = value;
-}
+void CIMParamValue::setValue(CIMValue& value) { checkedRep(_rep)->value = value; }
 
-void CIMParamValue::setIsTyped(Boolean isTyped) {
-    checkedRep(_rep)->isTyped = isTyped;
-}
+void CIMParamValue::setIsTyped(Boolean isTyped) { checkedRep(_rep)->isTyped = isTyped; }
 
 CIMParamValue CIMParamValue::clone() const {
     // The value is a value type already; copying the rep copies everything.
     return RepAccess::adopt<CIMParamValue>(new CIMParamValueRep(*checkedRep(_rep)));
 }
 
-Boolean CIMParamValue::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMParamValue::isUninitialized() const { return _rep == nullptr; }
 
 PEGASUS_NAMESPACE_END

@@ -58,26 +58,20 @@ CIMParameter cloneParameter(const CIMParameterRep* rep) {
 
 CIMParameter::CIMParameter() : _rep(nullptr) {}
 
-CIMParameter::CIMParameter(const CIMParameter& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMParameter::CIMParameter(const CIMParameter& x) : _rep(x._rep) { retainRep(_rep); }
 
 CIMParameter::CIMParameter(const CIMName& name, CIMType type, Boolean isArray, Uint32 arraySize,
                            const CIMName& referenceClassName)
     : _rep(makeParameterRep(name, type, isArray, arraySize, referenceClassName)) {}
 
-CIMParameter::~CIMParameter() {
-    releaseRep(_rep);
-}
+CIMParameter::~CIMParameter() { releaseRep(_rep); }
 
 CIMParameter& CIMParameter::operator=(const CIMParameter& x) {
     assignRep(_rep, x._rep);
     return *this;
 }
 
-const CIMName& CIMParameter::getName() const {
-    return checkedRep(_rep)->name;
-}
+const CIMName& CIMParameter::getName() const { return checkedRep(_rep)->name; }
 
 void CIMParameter::setName(const CIMName& name) {
     if (name.isNull())
@@ -85,21 +79,15 @@ void CIMParameter::setName(const CIMName& name) {
     checkedRep(_rep)->name = name;
 }
 
-Boolean CIMParameter::isArray() const {
-    return checkedRep(_rep)->isArray;
-}
+Boolean CIMParameter::isArray() const { return checkedRep(_rep)->isArray; }
 
-Uint32 CIMParameter::getArraySize() const {
-    return checkedRep(_rep)->arraySize;
-}
+Uint32 CIMParameter::getArraySize() const { return checkedRep(_rep)->arraySize; }
 
 const CIMName& CIMParameter::getReferenceClassName() const {
     return checkedRep(_rep)->referenceClassName;
 }
 
-CIMType CIMParameter::getType() const {
-    return checkedRep(_rep)->type;
-}
+CIMType CIMParameter::getType() const { return checkedRep(_rep)->type; }
 
 CIMParameter& CIMParameter::addQualifier(const CIMQualifier& x) {
     checkedRep(_rep)->qualifiers.add(x);
@@ -118,43 +106,29 @@ CIMConstQualifier CIMParameter::getQualifier(Uint32 index) const {
     return checkedRep(_rep)->qualifiers.get(index);
 }
 
-void CIMParameter::removeQualifier(Uint32 index) {
-    checkedRep(_rep)->qualifiers.remove(index);
-}
+void CIMParameter::removeQualifier(Uint32 index) { checkedRep(_rep)->qualifiers.remove(index); }
 
-Uint32 CIMParameter::getQualifierCount() const {
-    return checkedRep(_rep)->qualifiers.size();
-}
+Uint32 CIMParameter::getQualifierCount() const { return checkedRep(_rep)->qualifiers.size(); }
 
-Boolean CIMParameter::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMParameter::isUninitialized() const { return _rep == nullptr; }
 
 Boolean CIMParameter::identical(const CIMConstParameter& x) const {
     return identicalParameters(_rep, x._rep);
 }
 
-CIMParameter CIMParameter::clone() const {
-    return cloneParameter(_rep);
-}
+CIMParameter CIMParameter::clone() const { return cloneParameter(_rep); }
 
 CIMConstParameter::CIMConstParameter() : _rep(nullptr) {}
 
-CIMConstParameter::CIMConstParameter(const CIMConstParameter& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMConstParameter::CIMConstParameter(const CIMConstParameter& x) : _rep(x._rep) { retainRep(_rep); }
 
-CIMConstParameter::CIMConstParameter(const CIMParameter& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMConstParameter::CIMConstParameter(const CIMParameter& x) : _rep(x._rep) { retainRep(_rep); }
 
 CIMConstParameter::CIMConstParameter(const CIMName& name, CIMType type, Boolean isArray,
                                      Uint32 arraySize, const CIMName& referenceClassName)
     : _rep(makeParameterRep(name, type, isArray, arraySize, referenceClassName)) {}
 
-CIMConstParameter::~CIMConstParameter() {
-    releaseRep(_rep);
-}
+CIMConstParameter::~CIMConstParameter() { releaseRep(_rep); }
 
 CIMConstParameter& CIMConstParameter::operator=(const CIMConstParameter& x) {
     assignRep(_rep, x._rep);
@@ -166,25 +140,17 @@ CIMConstParameter& CIMConstParameter::operator=(const CIMParameter& x) {
     return *this;
 }
 
-const CIMName& CIMConstParameter::getName() const {
-    return checkedRep(_rep)->name;
-}
+const CIMName& CIMConstParameter::getName() const { return checkedRep(_rep)->name; }
 
-Boolean CIMConstParameter::isArray() const {
-    return checkedRep(_rep)->isArray;
-}
+Boolean CIMConstParameter::isArray() const { return checkedRep(_rep)->isArray; }
 
-Uint32 CIMConstParameter::getArraySize() const {
-    return checkedRep(_rep)->arraySize;
-}
+Uint32 CIMConstParameter::getArraySize() const { return checkedRep(_rep)->arraySize; }
 
 const CIMName& CIMConstParameter::getReferenceClassName() const {
     return checkedRep(_rep)->referenceClassName;
 }
 
-CIMType CIMConstParameter::getType() const {
-    return checkedRep(_rep)->type;
-}
+CIMType CIMConstParameter::getType() const { return checkedRep(_rep)->type; }
 
 Uint32 CIMConstParameter::findQualifier(const CIMName& name) const {
     return checkedRep(_rep)->qualifiers.find(name);
@@ -194,20 +160,14 @@ CIMConstQualifier CIMConstParameter::getQualifier(Uint32 index) const {
     return checkedRep(_rep)->qualifiers.get(index);
 }
 
-Uint32 CIMConstParameter::getQualifierCount() const {
-    return checkedRep(_rep)->qualifiers.size();
-}
+Uint32 CIMConstParameter::getQualifierCount() const { return checkedRep(_rep)->qualifiers.size(); }
 
-Boolean CIMConstParameter::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMConstParameter::isUninitialized() const { return _rep == nullptr; }
 
 Boolean CIMConstParameter::identical(const CIMConstParameter& x) const {
     return identicalParameters(_rep, x._rep);
 }
 
-CIMParameter CIMConstParameter::clone() const {
-    return cloneParameter(_rep);
-}
+CIMParameter CIMConstParameter::clone() const { return cloneParameter(_rep); }
 
 PEGASUS_NAMESPACE_END

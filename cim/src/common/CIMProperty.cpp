@@ -49,27 +49,21 @@ CIMProperty cloneProperty(const CIMPropertyRep* rep) {
 
 CIMProperty::CIMProperty() : _rep(nullptr) {}
 
-CIMProperty::CIMProperty(const CIMProperty& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMProperty::CIMProperty(const CIMProperty& x) : _rep(x._rep) { retainRep(_rep); }
 
 CIMProperty::CIMProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize,
                          const CIMName& referenceClassName, const CIMName& classOrigin,
                          Boolean propagated)
     : _rep(makePropertyRep(name, value, arraySize, referenceClassName, classOrigin, propagated)) {}
 
-CIMProperty::~CIMProperty() {
-    releaseRep(_rep);
-}
+CIMProperty::~CIMProperty() { releaseRep(_rep); }
 
 CIMProperty& CIMProperty::operator=(const CIMProperty& x) {
     assignRep(_rep, x._rep);
     return *this;
 }
 
-const CIMName& CIMProperty::getName() const {
-    return checkedRep(_rep)->name;
-}
+const CIMName& CIMProperty::getName() const { return checkedRep(_rep)->name; }
 
 void CIMProperty::setName(const CIMName& name) {
     CIMPropertyRep* rep = checkedRep(_rep);
@@ -81,17 +75,11 @@ void CIMProperty::setName(const CIMName& name) {
     rep->name = name;
 }
 
-const CIMValue& CIMProperty::getValue() const {
-    return checkedRep(_rep)->value;
-}
+const CIMValue& CIMProperty::getValue() const { return checkedRep(_rep)->value; }
 
-CIMType CIMProperty::getType() const {
-    return checkedRep(_rep)->value.getType();
-}
+CIMType CIMProperty::getType() const { return checkedRep(_rep)->value.getType(); }
 
-Boolean CIMProperty::isArray() const {
-    return checkedRep(_rep)->value.isArray();
-}
+Boolean CIMProperty::isArray() const { return checkedRep(_rep)->value.isArray(); }
 
 void CIMProperty::setValue(const CIMValue& value) {
     CIMPropertyRep* rep = checkedRep(_rep);
@@ -100,29 +88,21 @@ void CIMProperty::setValue(const CIMValue& value) {
     rep->value = value;
 }
 
-Uint32 CIMProperty::getArraySize() const {
-    return checkedRep(_rep)->arraySize;
-}
+Uint32 CIMProperty::getArraySize() const { return checkedRep(_rep)->arraySize; }
 
 const CIMName& CIMProperty::getReferenceClassName() const {
     return checkedRep(_rep)->referenceClassName;
 }
 
-const CIMName& CIMProperty::getClassOrigin() const {
-    return checkedRep(_rep)->classOrigin;
-}
+const CIMName& CIMProperty::getClassOrigin() const { return checkedRep(_rep)->classOrigin; }
 
 void CIMProperty::setClassOrigin(const CIMName& classOrigin) {
     checkedRep(_rep)->classOrigin = classOrigin;
 }
 
-Boolean CIMProperty::getPropagated() const {
-    return checkedRep(_rep)->propagated;
-}
+Boolean CIMProperty::getPropagated() const { return checkedRep(_rep)->propagated; }
 
-void CIMProperty::setPropagated(Boolean propagated) {
-    checkedRep(_rep)->propagated = propagated;
-}
+void CIMProperty::setPropagated(Boolean propagated) { checkedRep(_rep)->propagated = propagated; }
 
 CIMProperty& CIMProperty::addQualifier(const CIMQualifier& x) {
     checkedRep(_rep)->qualifiers.add(x);
@@ -141,44 +121,30 @@ CIMConstQualifier CIMProperty::getQualifier(Uint32 index) const {
     return checkedRep(_rep)->qualifiers.get(index);
 }
 
-void CIMProperty::removeQualifier(Uint32 index) {
-    checkedRep(_rep)->qualifiers.remove(index);
-}
+void CIMProperty::removeQualifier(Uint32 index) { checkedRep(_rep)->qualifiers.remove(index); }
 
-Uint32 CIMProperty::getQualifierCount() const {
-    return checkedRep(_rep)->qualifiers.size();
-}
+Uint32 CIMProperty::getQualifierCount() const { return checkedRep(_rep)->qualifiers.size(); }
 
 Boolean CIMProperty::identical(const CIMConstProperty& x) const {
     return identicalProperties(_rep, x._rep);
 }
 
-CIMProperty CIMProperty::clone() const {
-    return cloneProperty(_rep);
-}
+CIMProperty CIMProperty::clone() const { return cloneProperty(_rep); }
 
-Boolean CIMProperty::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMProperty::isUninitialized() const { return _rep == nullptr; }
 
 CIMConstProperty::CIMConstProperty() : _rep(nullptr) {}
 
-CIMConstProperty::CIMConstProperty(const CIMConstProperty& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMConstProperty::CIMConstProperty(const CIMConstProperty& x) : _rep(x._rep) { retainRep(_rep); }
 
-CIMConstProperty::CIMConstProperty(const CIMProperty& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMConstProperty::CIMConstProperty(const CIMProperty& x) : _rep(x._rep) { retainRep(_rep); }
 
 CIMConstProperty::CIMConstProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize,
                                    const CIMName& referenceClassName, const CIMName& classOrigin,
                                    Boolean propagated)
     : _rep(makePropertyRep(name, value, arraySize, referenceClassName, classOrigin, propagated)) {}
 
-CIMConstProperty::~CIMConstProperty() {
-    releaseRep(_rep);
-}
+CIMConstProperty::~CIMConstProperty() { releaseRep(_rep); }
 
 CIMConstProperty& CIMConstProperty::operator=(const CIMConstProperty& x) {
     assignRep(_rep, x._rep);
@@ -190,37 +156,23 @@ CIMConstProperty& CIMConstProperty::operator=(const CIMProperty& x) {
     return *this;
 }
 
-const CIMName& CIMConstProperty::getName() const {
-    return checkedRep(_rep)->name;
-}
+const CIMName& CIMConstProperty::getName() const { return checkedRep(_rep)->name; }
 
-const CIMValue& CIMConstProperty::getValue() const {
-    return checkedRep(_rep)->value;
-}
+const CIMValue& CIMConstProperty::getValue() const { return checkedRep(_rep)->value; }
 
-CIMType CIMConstProperty::getType() const {
-    return checkedRep(_rep)->value.getType();
-}
+CIMType CIMConstProperty::getType() const { return checkedRep(_rep)->value.getType(); }
 
-Boolean CIMConstProperty::isArray() const {
-    return checkedRep(_rep)->value.isArray();
-}
+Boolean CIMConstProperty::isArray() const { return checkedRep(_rep)->value.isArray(); }
 
-Uint32 CIMConstProperty::getArraySize() const {
-    return checkedRep(_rep)->arraySize;
-}
+Uint32 CIMConstProperty::getArraySize() const { return checkedRep(_rep)->arraySize; }
 
 const CIMName& CIMConstProperty::getReferenceClassName() const {
     return checkedRep(_rep)->referenceClassName;
 }
 
-const CIMName& CIMConstProperty::getClassOrigin() const {
-    return checkedRep(_rep)->classOrigin;
-}
+const CIMName& CIMConstProperty::getClassOrigin() const { return checkedRep(_rep)->classOrigin; }
 
-Boolean CIMConstProperty::getPropagated() const {
-    return checkedRep(_rep)->propagated;
-}
+Boolean CIMConstProperty::getPropagated() const { return checkedRep(_rep)->propagated; }
 
 Uint32 CIMConstProperty::findQualifier(const CIMName& name) const {
     return checkedRep(_rep)->qualifiers.find(name);
@@ -230,20 +182,14 @@ CIMConstQualifier CIMConstProperty::getQualifier(Uint32 index) const {
     return checkedRep(_rep)->qualifiers.get(index);
 }
 
-Uint32 CIMConstProperty::getQualifierCount() const {
-    return checkedRep(_rep)->qualifiers.size();
-}
+Uint32 CIMConstProperty::getQualifierCount() const { return checkedRep(_rep)->qualifiers.size(); }
 
 Boolean CIMConstProperty::identical(const CIMConstProperty& x) const {
     return identicalProperties(_rep, x._rep);
 }
 
-CIMProperty CIMConstProperty::clone() const {
-    return cloneProperty(_rep);
-}
+CIMProperty CIMConstProperty::clone() const { return cloneProperty(_rep); }
 
-Boolean CIMConstProperty::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMConstProperty::isUninitialized() const { return _rep == nullptr; }
 
 PEGASUS_NAMESPACE_END

@@ -33,9 +33,7 @@ CIMPropertyList::CIMPropertyList(const Array<CIMName>& propertyNames) : _rep(nul
     _rep->names = propertyNames;
 }
 
-CIMPropertyList::~CIMPropertyList() {
-    delete _rep;
-}
+CIMPropertyList::~CIMPropertyList() { delete _rep; }
 
 void CIMPropertyList::set(const Array<CIMName>& propertyNames) {
     checkNames(propertyNames);
@@ -59,25 +57,15 @@ void CIMPropertyList::clear() {
     _rep->nameTags.clear();
 }
 
-Boolean CIMPropertyList::isNull() const {
-    return _rep->isNull;
-}
+Boolean CIMPropertyList::isNull() const { return _rep->isNull; }
 
-Uint32 CIMPropertyList::size() const {
-    return _rep->names.size();
-}
+Uint32 CIMPropertyList::size() const { return _rep->names.size(); }
 
-const CIMName& CIMPropertyList::operator[](Uint32 index) const {
-    return _rep->names[index];
-}
+const CIMName& CIMPropertyList::operator[](Uint32 index) const { return _rep->names[index]; }
 
-Array<CIMName> CIMPropertyList::getPropertyNameArray() const {
-    return _rep->names;
-}
+Array<CIMName> CIMPropertyList::getPropertyNameArray() const { return _rep->names; }
 
-Uint32 CIMPropertyList::getCIMNameTag(Uint32 index) const {
-    return _rep->nameTags[index];
-}
+Uint32 CIMPropertyList::getCIMNameTag(Uint32 index) const { return _rep->nameTags[index]; }
 
 void CIMPropertyList::append(Array<String>& propertyListArray) {
     for (Uint32 i = 0; i < propertyListArray.size(); i++) {
@@ -88,9 +76,7 @@ void CIMPropertyList::append(Array<String>& propertyListArray) {
     _rep->isNull = false;
 }
 
-void CIMPropertyList::appendCIMNameTag(Uint32 nameTag) {
-    _rep->nameTags.append(nameTag);
-}
+void CIMPropertyList::appendCIMNameTag(Uint32 nameTag) { _rep->nameTags.append(nameTag); }
 
 Boolean CIMPropertyList::contains(const CIMName& name) const {
     for (Uint32 i = 0; i < _rep->names.size(); i++) {

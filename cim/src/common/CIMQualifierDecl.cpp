@@ -50,26 +50,20 @@ CIMQualifierDecl cloneDecl(const CIMQualifierDeclRep* rep) {
 
 CIMQualifierDecl::CIMQualifierDecl() : _rep(nullptr) {}
 
-CIMQualifierDecl::CIMQualifierDecl(const CIMQualifierDecl& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMQualifierDecl::CIMQualifierDecl(const CIMQualifierDecl& x) : _rep(x._rep) { retainRep(_rep); }
 
 CIMQualifierDecl::CIMQualifierDecl(const CIMName& name, const CIMValue& value,
                                    const CIMScope& scope, const CIMFlavor& flavor, Uint32 arraySize)
     : _rep(makeQualifierDeclRep(name, value, scope, flavor, arraySize)) {}
 
-CIMQualifierDecl::~CIMQualifierDecl() {
-    releaseRep(_rep);
-}
+CIMQualifierDecl::~CIMQualifierDecl() { releaseRep(_rep); }
 
 CIMQualifierDecl& CIMQualifierDecl::operator=(const CIMQualifierDecl& x) {
     assignRep(_rep, x._rep);
     return *this;
 }
 
-const CIMName& CIMQualifierDecl::getName() const {
-    return checkedRep(_rep)->name;
-}
+const CIMName& CIMQualifierDecl::getName() const { return checkedRep(_rep)->name; }
 
 void CIMQualifierDecl::setName(const CIMName& name) {
     if (name.isNull())
@@ -77,45 +71,27 @@ void CIMQualifierDecl::setName(const CIMName& name) {
     checkedRep(_rep)->name = name;
 }
 
-CIMType CIMQualifierDecl::getType() const {
-    return checkedRep(_rep)->value.getType();
-}
+CIMType CIMQualifierDecl::getType() const { return checkedRep(_rep)->value.getType(); }
 
-Boolean CIMQualifierDecl::isArray() const {
-    return checkedRep(_rep)->value.isArray();
-}
+Boolean CIMQualifierDecl::isArray() const { return checkedRep(_rep)->value.isArray(); }
 
-const CIMValue& CIMQualifierDecl::getValue() const {
-    return checkedRep(_rep)->value;
-}
+const CIMValue& CIMQualifierDecl::getValue() const { return checkedRep(_rep)->value; }
 
-void CIMQualifierDecl::setValue(const CIMValue& value) {
-    checkedRep(_rep)->value = value;
-}
+void CIMQualifierDecl::setValue(const CIMValue& value) { checkedRep(_rep)->value = value; }
 
-const CIMScope& CIMQualifierDecl::getScope() const {
-    return checkedRep(_rep)->scope;
-}
+const CIMScope& CIMQualifierDecl::getScope() const { return checkedRep(_rep)->scope; }
 
-const CIMFlavor& CIMQualifierDecl::getFlavor() const {
-    return checkedRep(_rep)->flavor;
-}
+const CIMFlavor& CIMQualifierDecl::getFlavor() const { return checkedRep(_rep)->flavor; }
 
-Uint32 CIMQualifierDecl::getArraySize() const {
-    return checkedRep(_rep)->arraySize;
-}
+Uint32 CIMQualifierDecl::getArraySize() const { return checkedRep(_rep)->arraySize; }
 
-Boolean CIMQualifierDecl::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMQualifierDecl::isUninitialized() const { return _rep == nullptr; }
 
 Boolean CIMQualifierDecl::identical(const CIMConstQualifierDecl& x) const {
     return identicalDecls(_rep, x._rep);
 }
 
-CIMQualifierDecl CIMQualifierDecl::clone() const {
-    return cloneDecl(_rep);
-}
+CIMQualifierDecl CIMQualifierDecl::clone() const { return cloneDecl(_rep); }
 
 CIMConstQualifierDecl::CIMConstQualifierDecl() : _rep(nullptr) {}
 
@@ -132,9 +108,7 @@ CIMConstQualifierDecl::CIMConstQualifierDecl(const CIMName& name, const CIMValue
                                              Uint32 arraySize)
     : _rep(makeQualifierDeclRep(name, value, scope, flavor, arraySize)) {}
 
-CIMConstQualifierDecl::~CIMConstQualifierDecl() {
-    releaseRep(_rep);
-}
+CIMConstQualifierDecl::~CIMConstQualifierDecl() { releaseRep(_rep); }
 
 CIMConstQualifierDecl& CIMConstQualifierDecl::operator=(const CIMConstQualifierDecl& x) {
     assignRep(_rep, x._rep);
@@ -146,44 +120,26 @@ CIMConstQualifierDecl& CIMConstQualifierDecl::operator=(const CIMQualifierDecl& 
     return *this;
 }
 
-const CIMName& CIMConstQualifierDecl::getName() const {
-    return checkedRep(_rep)->name;
-}
+const CIMName& CIMConstQualifierDecl::getName() const { return checkedRep(_rep)->name; }
 
-CIMType CIMConstQualifierDecl::getType() const {
-    return checkedRep(_rep)->value.getType();
-}
+CIMType CIMConstQualifierDecl::getType() const { return checkedRep(_rep)->value.getType(); }
 
-Boolean CIMConstQualifierDecl::isArray() const {
-    return checkedRep(_rep)->value.isArray();
-}
+Boolean CIMConstQualifierDecl::isArray() const { return checkedRep(_rep)->value.isArray(); }
 
-const CIMValue& CIMConstQualifierDecl::getValue() const {
-    return checkedRep(_rep)->value;
-}
+const CIMValue& CIMConstQualifierDecl::getValue() const { return checkedRep(_rep)->value; }
 
-const CIMScope& CIMConstQualifierDecl::getScope() const {
-    return checkedRep(_rep)->scope;
-}
+const CIMScope& CIMConstQualifierDecl::getScope() const { return checkedRep(_rep)->scope; }
 
-const CIMFlavor& CIMConstQualifierDecl::getFlavor() const {
-    return checkedRep(_rep)->flavor;
-}
+const CIMFlavor& CIMConstQualifierDecl::getFlavor() const { return checkedRep(_rep)->flavor; }
 
-Uint32 CIMConstQualifierDecl::getArraySize() const {
-    return checkedRep(_rep)->arraySize;
-}
+Uint32 CIMConstQualifierDecl::getArraySize() const { return checkedRep(_rep)->arraySize; }
 
-Boolean CIMConstQualifierDecl::isUninitialized() const {
-    return _rep == nullptr;
-}
+Boolean CIMConstQualifierDecl::isUninitialized() const { return _rep == nullptr; }
 
 Boolean CIMConstQualifierDecl::identical(const CIMConstQualifierDecl& x) const {
     return identicalDecls(_rep, x._rep);
 }
 
-CIMQualifierDecl CIMConstQualifierDecl::clone() const {
-    return cloneDecl(_rep);
-}
+CIMQualifierDecl CIMConstQualifierDecl::clone() const { return cloneDecl(_rep); }
 
 PEGASUS_NAMESPACE_END

@@ -39,21 +39,15 @@ CIMScope& CIMScope::operator=(const CIMScope& scope) {
     return *this;
 }
 
-void CIMScope::addScope(const CIMScope& scope) {
-    cimScope |= scope.cimScope;
-}
+void CIMScope::addScope(const CIMScope& scope) { cimScope |= scope.cimScope; }
 
-void CIMScope::removeScope(const CIMScope& scope) {
-    cimScope &= ~scope.cimScope;
-}
+void CIMScope::removeScope(const CIMScope& scope) { cimScope &= ~scope.cimScope; }
 
 Boolean CIMScope::hasScope(const CIMScope& scope) const {
     return (cimScope & scope.cimScope) == scope.cimScope;
 }
 
-Boolean CIMScope::equal(const CIMScope& scope) const {
-    return cimScope == scope.cimScope;
-}
+Boolean CIMScope::equal(const CIMScope& scope) const { return cimScope == scope.cimScope; }
 
 CIMScope CIMScope::operator+(const CIMScope& scope) const {
     return CIMScope(Uint32(cimScope | scope.cimScope));

@@ -253,22 +253,16 @@ CIMValue::CIMValue() : _rep(nullBooleanRep()) {}
 CIMValue::CIMValue(CIMType type, Boolean isArray, Uint32 arraySize)
     : _rep(makeNullRep(type, isArray, arraySize)) {}
 
-CIMValue::CIMValue(const CIMValue& x) : _rep(x._rep) {
-    retainRep(_rep);
-}
+CIMValue::CIMValue(const CIMValue& x) : _rep(x._rep) { retainRep(_rep); }
 
-CIMValue::~CIMValue() {
-    releaseRep(_rep);
-}
+CIMValue::~CIMValue() { releaseRep(_rep); }
 
 CIMValue& CIMValue::operator=(const CIMValue& x) {
     assignRep(_rep, x._rep);
     return *this;
 }
 
-void CIMValue::assign(const CIMValue& x) {
-    assignRep(_rep, x._rep);
-}
+void CIMValue::assign(const CIMValue& x) { assignRep(_rep, x._rep); }
 
 void CIMValue::clear() {
     CIMValueRep* fresh = nullBooleanRep();
@@ -286,17 +280,11 @@ Boolean CIMValue::typeCompatible(const CIMValue& x) const {
     return _rep->type == x._rep->type && _rep->isArray == x._rep->isArray;
 }
 
-Boolean CIMValue::isArray() const {
-    return _rep->isArray;
-}
+Boolean CIMValue::isArray() const { return _rep->isArray; }
 
-Boolean CIMValue::isNull() const {
-    return _rep->isNull;
-}
+Boolean CIMValue::isNull() const { return _rep->isNull; }
 
-CIMType CIMValue::getType() const {
-    return _rep->type;
-}
+CIMType CIMValue::getType() const { return _rep->type; }
 
 Uint32 CIMValue::getArraySize() const {
     if (!_rep->isArray)
@@ -364,13 +352,9 @@ String CIMValue::toString() const {
     return joined;
 }
 
-Boolean operator==(const CIMValue& x, const CIMValue& y) {
-    return x.equal(y);
-}
+Boolean operator==(const CIMValue& x, const CIMValue& y) { return x.equal(y); }
 
-Boolean operator!=(const CIMValue& x, const CIMValue& y) {
-    return !x.equal(y);
-}
+Boolean operator!=(const CIMValue& x, const CIMValue& y) { return !x.equal(y); }
 
 // Every element type gets the same six members; only the parameter passing
 // differs (by value for numbers, by reference for everything else).
@@ -387,12 +371,8 @@ Boolean operator!=(const CIMValue& x, const CIMValue& y) {
         releaseRep(_rep);                                                                          \
         _rep = fresh;                                                                              \
     }                                                                                              \
-    void CIMValue::get(T& x) const {                                                               \
-        readScalar<T>(_rep, x);                                                                    \
-    }                                                                                              \
-    void CIMValue::get(Array<T>& x) const {                                                        \
-        readArray<T>(_rep, x);                                                                     \
-    }
+    void CIMValue::get(T& x) const { readScalar<T>(_rep, x); }                                     \
+    void CIMValue::get(Array<T>& x) const { readArray<T>(_rep, x); }
 
 VEXA_CIMVALUE_MEMBERS(Boolean, Boolean)
 VEXA_CIMVALUE_MEMBERS(Uint8, Uint8)

@@ -22,9 +22,7 @@ CString::CString(char* cstr) : _rep(cstr) {}
 
 CString::CString(const CString& cstr) : _rep(duplicate(cstr._rep)) {}
 
-CString::~CString() {
-    delete[] _rep;
-}
+CString::~CString() { delete[] _rep; }
 
 CString& CString::operator=(const CString& cstr) {
     if (this != &cstr) {
@@ -35,8 +33,6 @@ CString& CString::operator=(const CString& cstr) {
     return *this;
 }
 
-CString::operator const char*() const {
-    return _rep;
-}
+CString::operator const char*() const { return _rep; }
 
 PEGASUS_NAMESPACE_END

@@ -15,9 +15,7 @@ ContentLanguageList::ContentLanguageList() : _rep(new ContentLanguageListRep) {}
 ContentLanguageList::ContentLanguageList(const ContentLanguageList& x)
     : _rep(new ContentLanguageListRep(*x._rep)) {}
 
-ContentLanguageList::~ContentLanguageList() {
-    delete _rep;
-}
+ContentLanguageList::~ContentLanguageList() { delete _rep; }
 
 ContentLanguageList& ContentLanguageList::operator=(const ContentLanguageList& x) {
     if (this != &x) {
@@ -26,9 +24,7 @@ ContentLanguageList& ContentLanguageList::operator=(const ContentLanguageList& x
     return *this;
 }
 
-Uint32 ContentLanguageList::size() const {
-    return Uint32(_rep->tags.size());
-}
+Uint32 ContentLanguageList::size() const { return Uint32(_rep->tags.size()); }
 
 LanguageTag ContentLanguageList::getLanguageTag(Uint32 index) const {
     if (index >= _rep->tags.size()) {
@@ -61,9 +57,7 @@ Uint32 ContentLanguageList::find(const LanguageTag& languageTag) const {
     return PEG_NOT_FOUND;
 }
 
-void ContentLanguageList::clear() {
-    _rep->tags.clear();
-}
+void ContentLanguageList::clear() { _rep->tags.clear(); }
 
 Boolean ContentLanguageList::operator==(const ContentLanguageList& x) const {
     if (_rep->tags.size() != x._rep->tags.size()) {

@@ -7,9 +7,7 @@ PEGASUS_NAMESPACE_BEGIN
 
 ExceptionRep::~ExceptionRep() {}
 
-ExceptionRep* ExceptionRep::clone() const {
-    return new ExceptionRep(*this);
-}
+ExceptionRep* ExceptionRep::clone() const { return new ExceptionRep(*this); }
 
 Exception::Exception(const String& message) : _rep(new ExceptionRep(message)) {}
 
@@ -18,9 +16,7 @@ Exception::Exception(const Exception& exception)
 
 Exception::Exception() : _rep(nullptr) {}
 
-Exception::~Exception() {
-    delete _rep;
-}
+Exception::~Exception() { delete _rep; }
 
 Exception& Exception::operator=(const Exception& exception) {
     if (this != &exception) {
@@ -31,9 +27,7 @@ Exception& Exception::operator=(const Exception& exception) {
     return *this;
 }
 
-const String& Exception::getMessage() const {
-    return _rep ? _rep->message : String::EMPTY;
-}
+const String& Exception::getMessage() const { return _rep ? _rep->message : String::EMPTY; }
 
 IndexOutOfBoundsException::IndexOutOfBoundsException() : Exception("index out of bounds") {}
 

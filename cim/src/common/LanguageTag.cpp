@@ -13,13 +13,9 @@ public:
 
 namespace {
 
-bool isAsciiAlpha(Uint16 c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
+bool isAsciiAlpha(Uint16 c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
-bool isAsciiDigit(Uint16 c) {
-    return c >= '0' && c <= '9';
-}
+bool isAsciiDigit(Uint16 c) { return c >= '0' && c <= '9'; }
 
 // Splits "lang[-sub]*" and checks each part: the primary subtag is 1 to 8
 // letters, later subtags 1 to 8 letters or digits. A lone "*" is the
@@ -99,9 +95,7 @@ LanguageTag::LanguageTag(const String& languageTagString) : _rep(new LanguageTag
 LanguageTag::LanguageTag(const LanguageTag& languageTag)
     : _rep(languageTag._rep ? new LanguageTagRep(*languageTag._rep) : nullptr) {}
 
-LanguageTag::~LanguageTag() {
-    delete _rep;
-}
+LanguageTag::~LanguageTag() { delete _rep; }
 
 LanguageTag& LanguageTag::operator=(const LanguageTag& languageTag) {
     if (this != &languageTag) {
@@ -112,21 +106,13 @@ LanguageTag& LanguageTag::operator=(const LanguageTag& languageTag) {
     return *this;
 }
 
-String LanguageTag::getLanguage() const {
-    return checked(_rep).language;
-}
+String LanguageTag::getLanguage() const { return checked(_rep).language; }
 
-String LanguageTag::getCountry() const {
-    return checked(_rep).country;
-}
+String LanguageTag::getCountry() const { return checked(_rep).country; }
 
-String LanguageTag::getVariant() const {
-    return checked(_rep).variant;
-}
+String LanguageTag::getVariant() const { return checked(_rep).variant; }
 
-String LanguageTag::toString() const {
-    return checked(_rep).tag;
-}
+String LanguageTag::toString() const { return checked(_rep).tag; }
 
 Boolean LanguageTag::operator==(const LanguageTag& languageTag) const {
     if (!_rep || !languageTag._rep) {

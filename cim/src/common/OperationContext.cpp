@@ -56,9 +56,7 @@ OperationContext::OperationContext() : _rep(new OperationContextRep) {}
 OperationContext::OperationContext(const OperationContext& context)
     : _rep(new OperationContextRep(*context._rep)) {}
 
-OperationContext::~OperationContext() {
-    delete _rep;
-}
+OperationContext::~OperationContext() { delete _rep; }
 
 OperationContext& OperationContext::operator=(const OperationContext& context) {
     if (this != &context) {
@@ -70,9 +68,7 @@ OperationContext& OperationContext::operator=(const OperationContext& context) {
     return *this;
 }
 
-void OperationContext::clear() {
-    _rep->releaseAll();
-}
+void OperationContext::clear() { _rep->releaseAll(); }
 
 const OperationContext::Container& OperationContext::get(const String& containerName) const {
     const size_t index = _rep->indexOf(containerName);

@@ -73,33 +73,23 @@ const ContainerType& downcast(const OperationContext::Container& container) {
         : _rep(new Class##Rep(*downcast<Class>(container)._rep)) {}                                \
     Class::Class(const Class& container)                                                           \
         : OperationContext::Container(container), _rep(new Class##Rep(*container._rep)) {}         \
-    Class::~Class() {                                                                              \
-        delete _rep;                                                                               \
-    }                                                                                              \
+    Class::~Class() { delete _rep; }                                                               \
     Class& Class::operator=(const Class& container) {                                              \
         if (this != &container) {                                                                  \
             *_rep = *container._rep;                                                               \
         }                                                                                          \
         return *this;                                                                              \
     }                                                                                              \
-    String Class::getName() const {                                                                \
-        return NAME;                                                                               \
-    }                                                                                              \
-    OperationContext::Container* Class::clone() const {                                            \
-        return new Class(*this);                                                                   \
-    }                                                                                              \
-    void Class::destroy() {                                                                        \
-        delete this;                                                                               \
-    }
+    String Class::getName() const { return NAME; }                                                 \
+    OperationContext::Container* Class::clone() const { return new Class(*this); }                 \
+    void Class::destroy() { delete this; }
 
 VEXA_DEFINE_CONTAINER_COMMON(IdentityContainer)
 
 IdentityContainer::IdentityContainer(const String& userName)
     : _rep(new IdentityContainerRep{userName}) {}
 
-String IdentityContainer::getUserName() const {
-    return _rep->userName;
-}
+String IdentityContainer::getUserName() const { return _rep->userName; }
 
 VEXA_DEFINE_CONTAINER_COMMON(SubscriptionInstanceContainer)
 
@@ -131,13 +121,9 @@ SubscriptionFilterQueryContainer::SubscriptionFilterQueryContainer(
     const String& filterQuery, const String& queryLanguage, const CIMNamespaceName& sourceNameSpace)
     : _rep(new SubscriptionFilterQueryContainerRep{filterQuery, queryLanguage, sourceNameSpace}) {}
 
-String SubscriptionFilterQueryContainer::getFilterQuery() const {
-    return _rep->filterQuery;
-}
+String SubscriptionFilterQueryContainer::getFilterQuery() const { return _rep->filterQuery; }
 
-String SubscriptionFilterQueryContainer::getQueryLanguage() const {
-    return _rep->queryLanguage;
-}
+String SubscriptionFilterQueryContainer::getQueryLanguage() const { return _rep->queryLanguage; }
 
 CIMNamespaceName SubscriptionFilterQueryContainer::getSourceNameSpace() const {
     return _rep->sourceNameSpace;
@@ -157,36 +143,28 @@ VEXA_DEFINE_CONTAINER_COMMON(TimeoutContainer)
 
 TimeoutContainer::TimeoutContainer(Uint32 timeout) : _rep(new TimeoutContainerRep{timeout}) {}
 
-Uint32 TimeoutContainer::getTimeOut() const {
-    return _rep->timeout;
-}
+Uint32 TimeoutContainer::getTimeOut() const { return _rep->timeout; }
 
 VEXA_DEFINE_CONTAINER_COMMON(AcceptLanguageListContainer)
 
 AcceptLanguageListContainer::AcceptLanguageListContainer(const AcceptLanguageList& languages)
     : _rep(new AcceptLanguageListContainerRep{languages}) {}
 
-AcceptLanguageList AcceptLanguageListContainer::getLanguages() const {
-    return _rep->languages;
-}
+AcceptLanguageList AcceptLanguageListContainer::getLanguages() const { return _rep->languages; }
 
 VEXA_DEFINE_CONTAINER_COMMON(ContentLanguageListContainer)
 
 ContentLanguageListContainer::ContentLanguageListContainer(const ContentLanguageList& languages)
     : _rep(new ContentLanguageListContainerRep{languages}) {}
 
-ContentLanguageList ContentLanguageListContainer::getLanguages() const {
-    return _rep->languages;
-}
+ContentLanguageList ContentLanguageListContainer::getLanguages() const { return _rep->languages; }
 
 VEXA_DEFINE_CONTAINER_COMMON(SnmpTrapOidContainer)
 
 SnmpTrapOidContainer::SnmpTrapOidContainer(const String& snmpTrapOid)
     : _rep(new SnmpTrapOidContainerRep{snmpTrapOid}) {}
 
-String SnmpTrapOidContainer::getSnmpTrapOid() const {
-    return _rep->snmpTrapOid;
-}
+String SnmpTrapOidContainer::getSnmpTrapOid() const { return _rep->snmpTrapOid; }
 
 #undef VEXA_DEFINE_CONTAINER_COMMON
 

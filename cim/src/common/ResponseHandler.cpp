@@ -12,9 +12,7 @@ ResponseHandler::ResponseHandler() : _rep(new ResponseHandlerRep) {}
 ResponseHandler::ResponseHandler(const ResponseHandler& handler)
     : _rep(new ResponseHandlerRep(*handler._rep)) {}
 
-ResponseHandler::~ResponseHandler() {
-    delete _rep;
-}
+ResponseHandler::~ResponseHandler() { delete _rep; }
 
 ResponseHandler& ResponseHandler::operator=(const ResponseHandler& handler) {
     if (this != &handler) {
@@ -23,13 +21,9 @@ ResponseHandler& ResponseHandler::operator=(const ResponseHandler& handler) {
     return *this;
 }
 
-void ResponseHandler::setContext(const OperationContext& context) {
-    _rep->context = context;
-}
+void ResponseHandler::setContext(const OperationContext& context) { _rep->context = context; }
 
-OperationContext ResponseHandler::getContext() const {
-    return _rep->context;
-}
+OperationContext ResponseHandler::getContext() const { return _rep->context; }
 
 InstanceResponseHandler::~InstanceResponseHandler() {}
 

@@ -137,9 +137,7 @@ const String String::EMPTY;
 
 String::String() : _rep(nullptr) {}
 
-String::String(const String& str) : _rep(str._rep) {
-    StringRep::retain(_rep);
-}
+String::String(const String& str) : _rep(str._rep) { StringRep::retain(_rep); }
 
 String::String(const String& str, Uint32 n) : _rep(nullptr) {
     if (n > str.size())
@@ -171,13 +169,9 @@ String::String(const char* str, Uint32 n) : _rep(nullptr) {
     _rep = fromUtf8(str, n);
 }
 
-String::~String() {
-    StringRep::release(_rep);
-}
+String::~String() { StringRep::release(_rep); }
 
-String& String::operator=(const String& str) {
-    return assign(str);
-}
+String& String::operator=(const String& str) { return assign(str); }
 
 String& String::assign(const String& str) {
     if (_rep != str._rep) {
@@ -217,17 +211,11 @@ void String::clear() {
     _rep = nullptr;
 }
 
-void String::reserveCapacity(Uint32 capacity) {
-    _rep = ownWithCapacity(_rep, capacity);
-}
+void String::reserveCapacity(Uint32 capacity) { _rep = ownWithCapacity(_rep, capacity); }
 
-Uint32 String::size() const {
-    return _rep ? _rep->size : 0;
-}
+Uint32 String::size() const { return _rep ? _rep->size : 0; }
 
-const Char16* String::getChar16Data() const {
-    return _rep ? _rep->data() : emptyUnits;
-}
+const Char16* String::getChar16Data() const { return _rep ? _rep->data() : emptyUnits; }
 
 CString String::getCString() const {
     std::string bytes = encodeUtf8(getChar16Data(), size());
@@ -249,9 +237,7 @@ const Char16 String::operator[](Uint32 index) const {
     return getChar16Data()[index];
 }
 
-String& String::append(const Char16& c) {
-    return append(&c, 1);
-}
+String& String::append(const Char16& c) { return append(&c, 1); }
 
 String& String::append(const Char16* str, Uint32 n) {
     if (n == 0)
@@ -315,9 +301,7 @@ String String::subString(Uint32 index, Uint32 n) const {
     return String(getChar16Data() + index, n);
 }
 
-Uint32 String::find(Char16 c) const {
-    return find(0, c);
-}
+Uint32 String::find(Char16 c) const { return find(0, c); }
 
 Uint32 String::find(Uint32 index, Char16 c) const {
     Uint32 count = size();
@@ -425,9 +409,7 @@ Boolean String::equalNoCase(const String& s1, const String& s2) {
     return true;
 }
 
-Boolean operator==(const String& str1, const String& str2) {
-    return String::equal(str1, str2);
-}
+Boolean operator==(const String& str1, const String& str2) { return String::equal(str1, str2); }
 
 Boolean operator==(const String& str1, const char* str2) {
     return String::equal(str1, String(str2));
@@ -437,9 +419,7 @@ Boolean operator==(const char* str1, const String& str2) {
     return String::equal(String(str1), str2);
 }
 
-Boolean operator!=(const String& str1, const String& str2) {
-    return !String::equal(str1, str2);
-}
+Boolean operator!=(const String& str1, const String& str2) { return !String::equal(str1, str2); }
 
 std::ostream& operator<<(std::ostream& os, const String& str) {
     const Char16* units = str.getChar16Data();

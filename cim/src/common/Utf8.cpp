@@ -7,9 +7,7 @@ PEGASUS_NAMESPACE_BEGIN
 
 namespace {
 
-bool isContinuation(unsigned char byte) {
-    return (byte & 0xC0) == 0x80;
-}
+bool isContinuation(unsigned char byte) { return (byte & 0xC0) == 0x80; }
 
 [[noreturn]] void throwInvalid(const unsigned char* bytes, Uint32 n, Uint32 index,
                                Uint32 sequenceLength) {

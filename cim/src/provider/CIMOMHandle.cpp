@@ -42,9 +42,7 @@ CIMOMHandle::CIMOMHandle(const CIMOMHandle& handle) : _rep(handle._rep) {
     _rep->references.fetch_add(1, std::memory_order_relaxed);
 }
 
-CIMOMHandle::~CIMOMHandle() {
-    release(_rep);
-}
+CIMOMHandle::~CIMOMHandle() { release(_rep); }
 
 CIMOMHandle& CIMOMHandle::operator=(const CIMOMHandle& handle) {
     if (_rep != handle._rep) {

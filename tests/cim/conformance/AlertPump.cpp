@@ -10,9 +10,7 @@
 
 AlertPump::AlertPump() : _running(false), _handler(nullptr) {}
 
-AlertPump::~AlertPump() {
-    stop();
-}
+AlertPump::~AlertPump() { stop(); }
 
 void AlertPump::start(IndicationResponseHandler& handler) {
     std::lock_guard<std::mutex> lock(_mutex);

@@ -31,12 +31,8 @@ public:
     int completeCalls;
 };
 
-inline void tooMany() {
-    throw CIMException(CIM_ERR_FAILED, "Too many objects delivered.");
-}
-inline void tooFew() {
-    throw CIMException(CIM_ERR_FAILED, "Too few objects delivered.");
-}
+inline void tooMany() { throw CIMException(CIM_ERR_FAILED, "Too many objects delivered."); }
+inline void tooFew() { throw CIMException(CIM_ERR_FAILED, "Too few objects delivered."); }
 
 class InstanceCollector : public InstanceResponseHandler, public CompletionHandler {
 public:

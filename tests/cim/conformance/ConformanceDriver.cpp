@@ -85,9 +85,7 @@ CIMObjectPath withoutHost(const CIMObjectPath& path) {
     return CIMObjectPath(String(), path.getNameSpace(), path.getClassName(), path.getKeyBindings());
 }
 
-string text(const String& s) {
-    return string((const char*)s.getCString());
-}
+string text(const String& s) { return string((const char*)s.getCString()); }
 
 // The value of a property of a delivered instance, or a null value.
 CIMValue propertyValue(const CIMInstance& instance, const char* name) {

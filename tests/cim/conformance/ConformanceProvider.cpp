@@ -77,9 +77,7 @@ ConformanceProvider::ConformanceProvider() {}
 
 ConformanceProvider::~ConformanceProvider() {}
 
-void ConformanceProvider::initialize(CIMOMHandle& cimom) {
-    _cimom = cimom;
-}
+void ConformanceProvider::initialize(CIMOMHandle& cimom) { _cimom = cimom; }
 
 void ConformanceProvider::terminate() {
     _alerts.stop();

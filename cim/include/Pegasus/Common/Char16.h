@@ -26,9 +26,7 @@ private:
     Uint16 _code;
 };
 
-inline Boolean operator==(const Char16& x, const Char16& y) {
-    return Uint16(x) == Uint16(y);
-}
+inline Boolean operator==(const Char16& x, const Char16& y) { return Uint16(x) == Uint16(y); }
 
 inline Boolean operator==(const Char16& x, char y) {
     return Uint16(x) == Uint16(static_cast<unsigned char>(y));
@@ -38,17 +36,11 @@ inline Boolean operator==(char x, const Char16& y) {
     return Uint16(static_cast<unsigned char>(x)) == Uint16(y);
 }
 
-inline Boolean operator!=(const Char16& x, const Char16& y) {
-    return !(x == y);
-}
+inline Boolean operator!=(const Char16& x, const Char16& y) { return !(x == y); }
 
-inline Boolean operator!=(const Char16& x, char y) {
-    return !(x == y);
-}
+inline Boolean operator!=(const Char16& x, char y) { return !(x == y); }
 
-inline Boolean operator!=(char x, const Char16& y) {
-    return !(x == y);
-}
+inline Boolean operator!=(char x, const Char16& y) { return !(x == y); }
 
 PEGASUS_NAMESPACE_END
 
