@@ -73,6 +73,7 @@ TEST_F(ProviderFactoryTest, InitializesAgainstTheDemoClusterAndTerminates) {
               0);
 
     stopEventThread();
+    dynamic_cast<VexaProvider*>(provider)->cleanupVexaHandler();
     provider->terminate();
     EXPECT_NE(findLine(logLines(), "L0 VexaProvider::terminate: enter"), -1);
 }

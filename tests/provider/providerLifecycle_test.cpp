@@ -23,6 +23,11 @@ class ProviderLifecycleTest : public ProviderTest {
 protected:
     void TearDown() override {
         stopEventThread();
+        // The destructor leaves the library connection alone, as a server's
+        // unload does; the counterpart of initVexaHandler releases it.
+        if (provider->clusterInfo != nullptr) {
+            provider->cleanupVexaHandler();
+        }
         delete provider;
         ProviderTest::TearDown();
     }
