@@ -50,6 +50,7 @@ int VexaProvider::initEventHandler() {
                "Couldn't start event handler thread, exiting...\n");
         return 1;
     }
+    pthread_detach(eventThreadId);
     return 0;
 }
 

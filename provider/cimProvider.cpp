@@ -54,6 +54,9 @@ void VexaProvider::initialize(CIMOMHandle&) {
         ts_log(2, "VexaProvider::initialize", "Couldn't start event handler thread, exiting...\n");
         return;
     }
+    // Nobody joins the provider's threads; detached, each releases its own
+    // resources when it ends, however often intake is restarted.
+    pthread_detach(eventThreadId);
 
     storeFlag(KeepRunning, 1);
     if (pthread_create(&refreshThreadId, 0, refreshThread, 0) != 0) {
@@ -61,6 +64,7 @@ void VexaProvider::initialize(CIMOMHandle&) {
                "Couldn't start node list refresh thread, exiting...\n");
         return;
     }
+    pthread_detach(refreshThreadId);
 
     // Both clocks at zero make the first pass rebuild everything.
     lastRefresh.tv_sec = 0;
