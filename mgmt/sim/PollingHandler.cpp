@@ -119,13 +119,22 @@ int PollingHandler::refreshClusterRecipe(int force) {
     return SimState::instance().reloadIfChanged();
 }
 
-int PollingHandler::getClusterInfo(ClusterInfo* cluster) {
-    OpScope op("getClusterInfo", nullptr);
+// Every snapshot refresh starts alike: the operation may go on (handler up,
+// daemon running, no injected fault) and there is a record to fill.
+static int openSnapshotRefresh(OpScope& op, const ClusterInfo* cluster) {
     if (op.status() != 0) {
         return op.status();
     }
     if (cluster == nullptr) {
         return op.fail(MGMT_E_INVALID_ARG, "No cluster record.");
+    }
+    return MGMT_OK;
+}
+
+int PollingHandler::getClusterInfo(ClusterInfo* cluster) {
+    OpScope op("getClusterInfo", nullptr);
+    if (int rc = openSnapshotRefresh(op, cluster)) {
+        return rc;
     }
     fillHeader(op.model(), cluster);
     return MGMT_OK;
@@ -133,11 +142,8 @@ int PollingHandler::getClusterInfo(ClusterInfo* cluster) {
 
 int PollingHandler::updateClusterInfo(ClusterInfo* cluster, int /*flags*/) {
     OpScope op("updateClusterInfo", nullptr);
-    if (op.status() != 0) {
-        return op.status();
-    }
-    if (cluster == nullptr) {
-        return op.fail(MGMT_E_INVALID_ARG, "No cluster record.");
+    if (int rc = openSnapshotRefresh(op, cluster)) {
+        return rc;
     }
     fillHeader(op.model(), cluster);
     fillPolicies(op.model(), cluster);
@@ -146,11 +152,8 @@ int PollingHandler::updateClusterInfo(ClusterInfo* cluster, int /*flags*/) {
 
 int PollingHandler::updateNodeInfo(ClusterInfo* cluster, int /*flags*/) {
     OpScope op("updateNodeInfo", nullptr);
-    if (op.status() != 0) {
-        return op.status();
-    }
-    if (cluster == nullptr) {
-        return op.fail(MGMT_E_INVALID_ARG, "No cluster record.");
+    if (int rc = openSnapshotRefresh(op, cluster)) {
+        return rc;
     }
     fillNodes(op.model(), cluster);
     return MGMT_OK;
@@ -158,11 +161,8 @@ int PollingHandler::updateNodeInfo(ClusterInfo* cluster, int /*flags*/) {
 
 int PollingHandler::updateFilesystemInfo(ClusterInfo* cluster, int withPerf) {
     OpScope op("updateFilesystemInfo", nullptr);
-    if (op.status() != 0) {
-        return op.status();
-    }
-    if (cluster == nullptr) {
-        return op.fail(MGMT_E_INVALID_ARG, "No cluster record.");
+    if (int rc = openSnapshotRefresh(op, cluster)) {
+        return rc;
     }
     ClusterModel& model = op.model();
     deleteAll(cluster->fsList);
@@ -246,11 +246,8 @@ int PollingHandler::updateDiskSDRInfo(int /*flags*/) {
 
 int PollingHandler::updateMountedNodeInfo(ClusterInfo* cluster) {
     OpScope op("updateMountedNodeInfo", nullptr);
-    if (op.status() != 0) {
-        return op.status();
-    }
-    if (cluster == nullptr) {
-        return op.fail(MGMT_E_INVALID_ARG, "No cluster record.");
+    if (int rc = openSnapshotRefresh(op, cluster)) {
+        return rc;
     }
     for (FilesystemInfo* record : cluster->fsList) {
         if (SimFilesystem* fs = findFs(op.model(), record->name)) {
@@ -262,11 +259,8 @@ int PollingHandler::updateMountedNodeInfo(ClusterInfo* cluster) {
 
 int PollingHandler::updateFilesystemMountPointInfo(ClusterInfo* cluster) {
     OpScope op("updateFilesystemMountPointInfo", nullptr);
-    if (op.status() != 0) {
-        return op.status();
-    }
-    if (cluster == nullptr) {
-        return op.fail(MGMT_E_INVALID_ARG, "No cluster record.");
+    if (int rc = openSnapshotRefresh(op, cluster)) {
+        return rc;
     }
     for (FilesystemInfo* record : cluster->fsList) {
         if (SimFilesystem* fs = findFs(op.model(), record->name)) {
@@ -278,11 +272,8 @@ int PollingHandler::updateFilesystemMountPointInfo(ClusterInfo* cluster) {
 
 int PollingHandler::updateFreeDiskInfo(ClusterInfo* cluster) {
     OpScope op("updateFreeDiskInfo", nullptr);
-    if (op.status() != 0) {
-        return op.status();
-    }
-    if (cluster == nullptr) {
-        return op.fail(MGMT_E_INVALID_ARG, "No cluster record.");
+    if (int rc = openSnapshotRefresh(op, cluster)) {
+        return rc;
     }
     fillFreeDisks(op.model(), cluster);
     return MGMT_OK;
