@@ -139,9 +139,130 @@ public:
     int getWriteLock();
     int releaseLock();
 
-    // Refresh cycle.
+    // Delivery from the cache. The plain forms take the read lock; the Sync
+    // forms serve callers that already hold the write lock.
+    void enumerateVexaInstances(const Pegasus::Array<Pegasus::CIMInstance>& array,
+                                Pegasus::InstanceResponseHandler& handler);
+    void enumerateVexaInstanceNames(const Pegasus::Array<Pegasus::CIMInstance>& array,
+                                    Pegasus::ObjectPathResponseHandler& handler);
+    void enumerateVexaInstancesSync(const Pegasus::Array<Pegasus::CIMInstance>& array,
+                                    Pegasus::InstanceResponseHandler& handler);
+    void enumerateVexaInstanceNamesSync(const Pegasus::Array<Pegasus::CIMInstance>& array,
+                                        Pegasus::ObjectPathResponseHandler& handler);
+    void getVexaInstance(const Pegasus::Array<Pegasus::CIMInstance>& array,
+                         Pegasus::CIMObjectPath path, Pegasus::InstanceResponseHandler& handler);
+
+    // Refresh cycle: every member below runs under the write lock.
     int buildAllVexaInstanceList(int force);
+    bool shouldRefresh();
+    bool shouldRefreshUsersAndGroups();
+    int buildClusterInstanceList();
+    int buildNodeInstanceList();
+    int buildFileSystemInstanceList();
+    int buildUserInstanceList();
+    int buildGroupInstanceList();
+    int buildFileSystemPerfInstanceList();
     static void* refreshThread(void* arg);
+
+    // Element instances: cluster and nodes.
+    Pegasus::CIMInstance createClusterInstance(ClusterInfo* cluster);
+    Pegasus::CIMInstance createNodeInstance(ClusterInfo* cluster, NodeInfo* node);
+
+    // File systems, storage pools and disks.
+    Pegasus::CIMInstance createFileSystemInstance(FilesystemInfo* fs, ClusterInfo* cluster);
+    Pegasus::CIMInstance createStgPoolInstance(StoragePoolInfo* pool, FilesystemInfo* fs,
+                                               ClusterInfo* cluster);
+    Pegasus::CIMInstance createDiskInstance(ClusterInfo* cluster, DiskInfo* disk);
+    int buildStgPoolInstanceList(FilesystemInfo* fs, int fsIndex);
+    int buildDiskInstanceList(FilesystemInfo* fs, StoragePoolInfo* pool, int poolIndex);
+    char* genStgPoolName(char** buffer, char* fsName, char* poolName);
+    char* getStgPoolName(char* fsName, char* diskName);
+
+    // Filesets, users, groups and policies.
+    Pegasus::CIMInstance createFileSetInstance(FileSet* fileset, ClusterInfo* cluster);
+    Pegasus::CIMInstance createUserInstance(User* user);
+    Pegasus::CIMInstance createGroupInstance(Group* group);
+    Pegasus::CIMInstance createPolicyInstance(ClusterInfo* cluster, PolicyInfo* policy);
+    int buildFileSetInstances(FilesystemInfo* fs, int fsIndex);
+    int buildUserInstances(FilesystemInfo* fs, int fsIndex);
+    int buildGroupInstances(FilesystemInfo* fs, int fsIndex);
+    int buildFileSetInstanceList();
+
+    // Performance counters.
+    Pegasus::CIMInstance createFileSystemPerfInstance(ClusterInfo* cluster, FilesystemInfo* fs);
+    Pegasus::CIMInstance createFsPerNodePerfInstance(ClusterInfo* cluster, FilesystemPerf* perf);
+    Pegasus::CIMInstance createDiskPerfInstance(FilesystemInfo* fs, StoragePoolInfo* pool,
+                                                DiskInfo* disk);
+
+    // Discovery: registered profiles, object manager, computer system.
+    Pegasus::CIMInstance
+    createRegProfile(const Pegasus::CIMName& className, const Pegasus::String& registeredName,
+                     const Pegasus::String& registeredVersion, Pegasus::Uint16 advertiseTypes,
+                     Pegasus::Uint16 registeredOrganization, const Pegasus::String& instanceId);
+    Pegasus::CIMInstance
+    createRegProfile(const Pegasus::CIMName& className, const Pegasus::String& name,
+                     const Pegasus::String& systemName, const Pegasus::String& elementName,
+                     const Pegasus::String& description, const Pegasus::String& creationClassName,
+                     const Pegasus::String& systemCreationClassName);
+    Pegasus::CIMInstance createComputerSystemInstance(const Pegasus::CIMName& className,
+                                                      const Pegasus::String& name,
+                                                      const Pegasus::String& creationClassName);
+
+    // Association instances, made from the paths of their two ends.
+    void setCompletePath(Pegasus::CIMInstance& instance);
+    Pegasus::CIMInstance createVexaStorageComp(Pegasus::CIMObjectPath pool,
+                                               Pegasus::CIMObjectPath disk);
+    Pegasus::CIMInstance createVexaComponentCS(Pegasus::CIMObjectPath cluster,
+                                               Pegasus::CIMObjectPath node);
+    Pegasus::CIMInstance createAssocCS(Pegasus::CIMObjectPath profile,
+                                       Pegasus::CIMObjectPath system);
+    Pegasus::CIMInstance createAssocObjMgr(Pegasus::CIMObjectPath profile,
+                                           Pegasus::CIMObjectPath objectManager);
+    Pegasus::CIMInstance createVexaFSPolicy(Pegasus::CIMObjectPath fileSystem,
+                                            Pegasus::CIMObjectPath policy);
+    Pegasus::CIMInstance createVexaFileSystemMgr(Pegasus::CIMObjectPath fileSystem,
+                                                 Pegasus::CIMObjectPath node);
+    Pegasus::CIMInstance createVexaConfigMgr(Pegasus::CIMObjectPath cluster,
+                                             Pegasus::CIMObjectPath node);
+    Pegasus::CIMInstance createVexaMounted(Pegasus::CIMObjectPath node,
+                                           Pegasus::CIMObjectPath fileSystem);
+    Pegasus::CIMInstance createVexaFreeNsd(Pegasus::CIMObjectPath cluster,
+                                           Pegasus::CIMObjectPath disk);
+    Pegasus::CIMInstance createVexaNodeAccessNsd(Pegasus::CIMObjectPath node,
+                                                 Pegasus::CIMObjectPath disk,
+                                                 DiskAccessInfo* access, ClusterInfo* cluster);
+    Pegasus::CIMInstance createVexaNodeServNsd(Pegasus::CIMObjectPath disk,
+                                               Pegasus::CIMObjectPath node, unsigned int order);
+    Pegasus::CIMInstance createAssocGroupQuotaInstances(Pegasus::CIMObjectPath fileSystem,
+                                                        Pegasus::CIMObjectPath quota);
+    Pegasus::CIMInstance createAssocUserQuotaInstances(Pegasus::CIMObjectPath fileSystem,
+                                                       Pegasus::CIMObjectPath quota);
+    Pegasus::CIMInstance createAssocFilesetQuotaInstances(Pegasus::CIMObjectPath fileSystem,
+                                                          Pegasus::CIMObjectPath quota);
+    Pegasus::CIMInstance createGroupAssocInstance(Pegasus::CIMObjectPath fileSystem,
+                                                  Pegasus::CIMObjectPath group);
+    Pegasus::CIMInstance createUserAssocInstance(Pegasus::CIMObjectPath fileSystem,
+                                                 Pegasus::CIMObjectPath user);
+    Pegasus::CIMInstance createVexaAssociatedUserQuota(Pegasus::CIMObjectPath owner,
+                                                       Pegasus::CIMObjectPath quota);
+    Pegasus::CIMInstance createVexaAssociatedGroupQuota(Pegasus::CIMObjectPath group,
+                                                        Pegasus::CIMObjectPath quota);
+    Pegasus::CIMInstance createVexaAssociatedFilesetQuota(Pegasus::CIMObjectPath fileset,
+                                                          Pegasus::CIMObjectPath quota);
+    Pegasus::CIMInstance createVexaAssociatedFileset(Pegasus::CIMObjectPath fileSystem,
+                                                     Pegasus::CIMObjectPath fileset);
+    Pegasus::CIMInstance createVexaAssocSP(Pegasus::CIMObjectPath fileSystem,
+                                           Pegasus::CIMObjectPath pool);
+    Pegasus::CIMInstance createVexaHostedFS(Pegasus::CIMObjectPath cluster,
+                                            Pegasus::CIMObjectPath fileSystem);
+
+    // Association lists.
+    int buildFreeDiskInstanceList();
+    int buildDiskServerAssociationList(Pegasus::CIMInstance disk, DiskInfo* info);
+    int buildDiskAccessAssociationList();
+    int buildQuotaAssocInstance(Pegasus::CIMObjectPath source, int quotaType);
+    int buildUserAssocInstances(Pegasus::CIMObjectPath fileSystem);
+    int buildGroupAssocInstances(Pegasus::CIMObjectPath fileSystem);
 
     // Discovery instances and indication filters, built once at start.
     int buildDiscoveryInstanceList();

@@ -5,6 +5,7 @@
 #include <qzantras/ts_log.h>
 
 #include <pthread.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include "processFlags.h"
@@ -16,7 +17,252 @@ static const unsigned REFRESH_THREAD_SLEEP_SECONDS = 180;
 // getDaemonState() value telling that the file-system daemon is down.
 static const int DAEMON_NOT_RUNNING = 1;
 
-int VexaProvider::buildAllVexaInstanceList(int) { return 0; }
+// A pass is due when the last one is more than this many seconds old.
+static const long long PASS_AGE_LIMIT_SECONDS = 180;
+// Users and groups are the dearest lists; they have their own, slower clock.
+static const int USER_GROUP_AGE_LIMIT_SECONDS = 900;
+
+bool VexaProvider::shouldRefresh() {
+    struct timeval now;
+    gettimeofday(&now, 0);
+    const long long elapsed =
+        static_cast<long long>(now.tv_sec) - static_cast<long long>(lastRefresh.tv_sec);
+    ts_log(0, "VexaProvider::shouldRefresh", "curSec - preSec = %d\n", static_cast<int>(elapsed));
+    return elapsed > PASS_AGE_LIMIT_SECONDS;
+}
+
+bool VexaProvider::shouldRefreshUsersAndGroups() {
+    struct timeval now;
+    gettimeofday(&now, 0);
+    // The difference is taken on the low 32 bits, as the published behaviour
+    // has always done; it only matters for clocks 68 years apart.
+    const int elapsed = static_cast<int>(static_cast<unsigned>(now.tv_sec) -
+                                         static_cast<unsigned>(lastUserGroupRefresh.tv_sec));
+    ts_log(0, "VexaProvider::shouldRefreshUsersAndGroups", "curSec - preSec = %d\n", elapsed);
+    return elapsed > USER_GROUP_AGE_LIMIT_SECONDS;
+}
+
+int VexaProvider::buildAllVexaInstanceList(int force) {
+    static const char* const fn = "VexaProvider::buildAllVexaInstanceList";
+    if (force == 0 && !shouldRefresh() && !refreshForced) {
+        ts_log(0, fn, "Don't do refresh this time\n");
+        refreshForced = false;
+        return 0;
+    }
+    ts_log(0, fn, "refresh this time\n");
+
+    // Each builder keeps its own lists when its library call fails; the pass
+    // goes on with the others.
+    ts_log(0, fn, "buildClusterInstanceList\n");
+    buildClusterInstanceList();
+    ts_log(0, "VexaProvider::buildAllVexaInstanceListz", "buildNodeInstanceList\n");
+    buildNodeInstanceList();
+    ts_log(0, fn, "buildFileSystemInstanceList\n");
+    buildFileSystemInstanceList();
+    ts_log(0, fn, "buildFreeDiskInstanceList\n");
+    buildFreeDiskInstanceList();
+    ts_log(0, fn, "buildDiskAccessAssoicationList\n");
+    buildDiskAccessAssociationList();
+
+    if (shouldRefreshUsersAndGroups() || refreshForced) {
+        ts_log(0, fn, " building user and group instance list...\n");
+        buildUserInstanceList();
+        buildGroupInstanceList();
+        gettimeofday(&lastUserGroupRefresh, 0);
+    }
+    gettimeofday(&lastRefresh, 0);
+    refreshForced = false;
+    return 0;
+}
+
+int VexaProvider::buildClusterInstanceList() {
+    static const char* const fn = "VexaProvider::buildClusterInstanceList";
+    ts_log(0, fn, "refreshClusterRecipe\n");
+    pollingHandler->getPollingLock();
+    pollingHandler->refreshClusterRecipe(1);
+    pollingHandler->releasePollingLock();
+    ts_log(0, fn, "updateClusterInfo\n");
+    pollingHandler->updateClusterInfo(clusterInfo, 0);
+    ts_log(0, fn, "getClusterInfo\n");
+    pollingHandler->getClusterInfo(clusterInfo);
+
+    clusters.clear();
+    clusters.append(createClusterInstance(clusterInfo));
+    return 0;
+}
+
+int VexaProvider::buildNodeInstanceList() {
+    if (pollingHandler->updateNodeInfo(clusterInfo, 0) != 0)
+        return 1;
+    nodes.clear();
+    componentCS.clear();
+    for (NodeInfo* node : clusterInfo->nodeList) {
+        nodes.append(createNodeInstance(clusterInfo, node));
+        componentCS.append(
+            createVexaComponentCS(clusters[0].getPath(), nodes[nodes.size() - 1].getPath()));
+    }
+
+    configManagers.clear();
+    const int primary = findVexaInstIdx(VEXA_INST_NODE_BY_NAME, clusterInfo->primaryServer);
+    if (primary < 0)
+        return 0;
+    configManagers.append(createVexaConfigMgr(clusters[0].getPath(), nodes[primary].getPath()));
+    return 0;
+}
+
+int VexaProvider::buildFileSystemInstanceList() {
+    static const char* const fn = "VexaProvider::buildFileSystemInstanceList";
+    ts_log(0, fn, "ENTER\n");
+    pollingHandler->updateDiskSDRInfo(0);
+    if (pollingHandler->updateFilesystemInfo(clusterInfo, 0) != 0)
+        return 1;
+    pollingHandler->updateMountedNodeInfo(clusterInfo);
+    pollingHandler->updateFilesystemMountPointInfo(clusterInfo);
+
+    fileSystems.clear();
+    hostedFileSystems.clear();
+    mounteds.clear();
+    storagePools.clear();
+    associatedStoragePools.clear();
+    disks.clear();
+    storageComponents.clear();
+    nodeServingNsds.clear();
+    fileSystemManagers.clear();
+    policies.clear();
+    fileSystemPolicies.clear();
+    filesets.clear();
+    associatedFilesets.clear();
+
+    if (clusterInfo->fsList.empty()) {
+        ts_log(0, fn, "EXIT\n");
+        return 0;
+    }
+    for (size_t i = 0; i < clusterInfo->fsList.size(); i++) {
+        FilesystemInfo* fs = clusterInfo->fsList.at(i);
+        fileSystems.append(createFileSystemInstance(fs, clusterInfo));
+        const CIMObjectPath fsPath = fileSystems[fileSystems.size() - 1].getPath();
+        hostedFileSystems.append(createVexaHostedFS(clusters[0].getPath(), fsPath));
+        buildStgPoolInstanceList(fs, static_cast<int>(i));
+        buildFileSetInstances(fs, static_cast<int>(i));
+
+        ts_log(0, fn, "nMountedNode = %d\n", static_cast<int>(fs->mountedNodes.size()));
+        for (const std::string& name : fs->mountedNodes) {
+            // Mount reports may name nodes that left the cluster; they have
+            // no instance to point at.
+            const int node =
+                findVexaInstIdx(VEXA_INST_NODE_BY_NAME, const_cast<char*>(name.c_str()));
+            if (node >= 0)
+                mounteds.append(createVexaMounted(nodes[node].getPath(), fsPath));
+        }
+
+        const int manager = findVexaInstIdx(VEXA_INST_NODE_BY_NAME, fs->managerNode);
+        if (manager >= 0)
+            fileSystemManagers.append(createVexaFileSystemMgr(fsPath, nodes[manager].getPath()));
+
+        ts_log(0, fn, "nPolicy = %d\n", static_cast<int>(fs->policyList.size()));
+        for (PolicyInfo* policy : fs->policyList) {
+            if (policy == 0)
+                continue;
+            policies.append(createPolicyInstance(clusterInfo, policy));
+            fileSystemPolicies.append(
+                createVexaFSPolicy(fsPath, policies[policies.size() - 1].getPath()));
+        }
+    }
+    ts_log(0, fn, "EXIT\n");
+    return 0;
+}
+
+namespace {
+
+// What differs between the user and the group rebuild.
+struct AccountListKind {
+    const char* function;
+    const char* buildingMessage;
+    Array<CIMInstance> VexaProvider::*instances;
+    Array<CIMInstance> VexaProvider::*associations;
+    int (VexaProvider::*buildForFileSystem)(FilesystemInfo*, int);
+};
+
+int buildAccountList(VexaProvider& provider, const AccountListKind& kind) {
+    ts_log(0, kind.function, "ENTER\n");
+    ClusterInfo* cluster = provider.clusterInfo;
+    if (cluster->fsList.empty())
+        return 1;
+    // Accounts are read through a mounted file system; until the first one
+    // has a mount point the cached lists are the best answer.
+    if (cluster->fsList.at(0)->mountPoint[0] == '\0') {
+        ts_log(0, kind.function, "returning cached user instances.\n");
+        return 1;
+    }
+    ts_log(0, kind.function, "%s", kind.buildingMessage);
+    provider.pollingHandler->getPollingLock();
+    if ((provider.*kind.instances).size() != 0) {
+        (provider.*kind.instances).clear();
+        (provider.*kind.associations).clear();
+    }
+    for (size_t i = 0; i < cluster->fsList.size(); i++) {
+        FilesystemInfo* fs = cluster->fsList.at(i);
+        if (fs->mountPoint[0] != '\0')
+            (provider.*kind.buildForFileSystem)(fs, static_cast<int>(i));
+    }
+    provider.pollingHandler->releasePollingLock();
+    ts_log(0, kind.function, "EXIT\n");
+    return 0;
+}
+
+} // namespace
+
+int VexaProvider::buildUserInstanceList() {
+    static const AccountListKind userList = {
+        "VexaProvider::buildUserInstanceList", "building user instances\n", &VexaProvider::users,
+        &VexaProvider::userAssocs, &VexaProvider::buildUserInstances};
+    return buildAccountList(*this, userList);
+}
+
+int VexaProvider::buildGroupInstanceList() {
+    static const AccountListKind groupList = {
+        "VexaProvider::buildGroupInstanceList", "building group instances\n", &VexaProvider::groups,
+        &VexaProvider::groupAssocs, &VexaProvider::buildGroupInstances};
+    return buildAccountList(*this, groupList);
+}
+
+int VexaProvider::buildFileSystemPerfInstanceList() {
+    static const char* const fn = "VexaProvider::buildFileSystemPerfInstanceList";
+    ts_log(0, fn, "enter\n");
+    buildAllVexaInstanceList(0);
+    fileSystemPerfs.clear();
+    diskPerfs.clear();
+    fsPerNodePerfs.clear();
+
+    pollingHandler->updateDiskSDRInfo(0);
+    if (pollingHandler->updateFilesystemInfo(clusterInfo, 1) != 0) {
+        ts_log(2, fn, "updateFilesystemInfo failed\n");
+        return 1;
+    }
+    // A pool whose disks cannot be read is skipped; the others still count.
+    bool poolFailed = false;
+    for (FilesystemInfo* fs : clusterInfo->fsList) {
+        ts_log(0, fn, "fs=%s\n", fs->name);
+        fileSystemPerfs.append(createFileSystemPerfInstance(clusterInfo, fs));
+        for (StoragePoolInfo* pool : fs->poolList) {
+            ts_log(0, fn, "sp=%s\n", pool->name);
+            if (pollingHandler->updateDiskInfo(clusterInfo, fs->name, pool->name, 1) != 0) {
+                ts_log(2, fn, "updateDiskInfo failed\n");
+                poolFailed = true;
+                continue;
+            }
+            for (DiskInfo* disk : pool->diskList) {
+                ts_log(0, fn, "disk=%s\n", disk->name);
+                diskPerfs.append(createDiskPerfInstance(fs, pool, disk));
+            }
+        }
+        for (FilesystemPerf* perf : fs->nodePerfList) {
+            ts_log(0, fn, "per-node perf=%s\n", perf->nodeName);
+            fsPerNodePerfs.append(createFsPerNodePerfInstance(clusterInfo, perf));
+        }
+    }
+    return poolFailed ? 1 : 0;
+}
 
 void* VexaProvider::refreshThread(void*) {
     while (loadFlag(KeepRunning) != 0) {

@@ -46,6 +46,7 @@ TEST_F(ProviderLifecycleTest, StartsUpInTheDesignedOrder) {
         "L0 VexaProvider::initVexaHandler: enter",
         "L0 VexaProvider::buildIndicationFilterList: enter",
         "L0 VexaProvider::buildIndicationFilterList: number of indication filters = 2",
+        "L0 VexaProvider::buildAllVexaInstanceList: refresh this time",
         "L0 VexaProvider::initialize: exit",
     };
     int at = 0;
@@ -59,7 +60,10 @@ TEST_F(ProviderLifecycleTest, StartsUpInTheDesignedOrder) {
     EXPECT_EQ(loadFlag(KeepRunning), 1);
     EXPECT_EQ(provider->pollingHandler, thePollingHandler);
     EXPECT_NE(provider->clusterInfo, nullptr);
-    EXPECT_EQ(provider->lastRefresh.tv_sec, 0);
+    // The forced first pass ran: the cache is filled and stamped.
+    EXPECT_NE(provider->lastRefresh.tv_sec, 0);
+    EXPECT_EQ(provider->clusters.size(), 1u);
+    EXPECT_EQ(provider->registeredProfiles.size(), 3u);
     EXPECT_EQ(provider->handlerText, String());
     EXPECT_EQ(provider->indicationFilters.size(), 2u);
 }

@@ -1,0 +1,111 @@
+// Association lists filled from the cluster snapshot: free disks, the nodes
+// that serve each disk, the disks each node reaches, and the quota, user and
+// group associations asked for on demand.
+#include "cimProvider.h"
+
+#include <qzantras/ts_log.h>
+
+PEGASUS_USING_PEGASUS;
+
+int VexaProvider::buildFreeDiskInstanceList() {
+    const int count = static_cast<int>(clusterInfo->freeDiskList.size());
+    if (count < 0)
+        return 1;
+    freeNsds.clear();
+    if (count == 0)
+        return 0;
+    for (int i = 0; i < count; i++) {
+        DiskInfo* info = clusterInfo->freeDiskList.at(i);
+        CIMInstance disk = createDiskInstance(clusterInfo, info);
+        disks.append(disk);
+        freeNsds.append(createVexaFreeNsd(clusters[0].getPath(), disk.getPath()));
+        buildDiskServerAssociationList(disk, info);
+    }
+    return 0;
+}
+
+int VexaProvider::buildDiskServerAssociationList(CIMInstance disk, DiskInfo* info) {
+    ts_log(0, "VexaProvider::buildDiskServerAssociationList", "disk name = %s\n", info->name);
+    ts_log(0, "VexaProvider::buildDiskServerAssociationList", "nServer = %d\n",
+           static_cast<int>(info->serverList.size()));
+
+    // The order numbers the servers that are known nodes, primary servers
+    // first, then the backups; unknown names do not take a number.
+    unsigned int order = 0;
+    for (const std::vector<DiskServerInfo*>* servers :
+         {&info->serverList, &info->backupServerList}) {
+        for (DiskServerInfo* server : *servers) {
+            const int node = findVexaInstIdx(VEXA_INST_NODE_BY_NAME, server->name);
+            if (node < 0)
+                continue;
+            nodeServingNsds.append(
+                createVexaNodeServNsd(disk.getPath(), nodes[node].getPath(), order));
+            order++;
+        }
+    }
+    return 0;
+}
+
+int VexaProvider::buildDiskAccessAssociationList() {
+    const int count = static_cast<int>(clusterInfo->nodeList.size());
+    if (count < 0)
+        return 1;
+    nodeAccessesNsds.clear();
+    if (count == 0)
+        return 0;
+    // The node end is taken by position: the node list is built in the
+    // snapshot's order, so node record i is node instance i.
+    for (int i = 0; i < count; i++) {
+        NodeInfo* node = clusterInfo->nodeList.at(i);
+        for (DiskAccessInfo* access : node->diskAccessList) {
+            const int disk = findVexaInstIdx(VEXA_INST_DISK, access->diskName);
+            if (disk < 0)
+                continue;
+            nodeAccessesNsds.append(createVexaNodeAccessNsd(
+                nodes[i].getPath(), disks[disk].getPath(), access, clusterInfo));
+        }
+    }
+    return 0;
+}
+
+int VexaProvider::buildQuotaAssocInstance(CIMObjectPath source, int quotaType) {
+    ts_log(0, "VexaProvider::buildQuotaAssocInstance", "ENTER\n");
+    // Only the first quota of the list is associated with the source.
+    switch (quotaType) {
+    case 1:
+        groupQuotaAssocs.clear();
+        groupQuotaAssocs.append(createVexaAssociatedGroupQuota(source, groupQuotas[0].getPath()));
+        break;
+    case 2:
+        userQuotaAssocs.clear();
+        userQuotaAssocs.append(createVexaAssociatedUserQuota(source, userQuotas[0].getPath()));
+        break;
+    case 3:
+        filesetQuotaAssocs.clear();
+        filesetQuotaAssocs.append(
+            createVexaAssociatedFilesetQuota(source, filesetQuotas[0].getPath()));
+        break;
+    default:
+        break;
+    }
+    ts_log(0, "VexaProvider::buildQuotaAssocInstance", "EXIT\n");
+    return 0;
+}
+
+int VexaProvider::buildUserAssocInstances(CIMObjectPath fileSystem) {
+    ts_log(0, "VexaProvider::buildUserAssocInstances", "ENTER\n");
+    userAssocs.clear();
+    for (Uint32 i = 0; i < users.size(); i++)
+        userAssocs.append(createUserAssocInstance(fileSystem, users[i].getPath()));
+    ts_log(0, "VexaProvider::buildUserAssocInstances", "EXIT\n");
+    return 0;
+}
+
+int VexaProvider::buildGroupAssocInstances(CIMObjectPath fileSystem) {
+    ts_log(0, "VexaProvider::buildGroupAssocInstances", "ENTER\n");
+    groupAssocs.clear();
+    for (Uint32 i = 0; i < groups.size(); i++)
+        groupAssocs.append(createGroupAssocInstance(fileSystem, groups[i].getPath()));
+    ts_log(0, "VexaProvider::buildGroupAssocInstances", "EXIT\n");
+    return 0;
+}
