@@ -1,19 +1,36 @@
 #include "EventHub.h"
+#include "EventSocket.h"
 #include "FaultTable.h"
 
 #include <qzantras/EventsHandler.h>
 #include <qzantras/ts_log.h>
 
+#include <cstdlib>
 #include <mutex>
+#include <string>
 
 EventsHandler* theEventsHandler = nullptr;
 
 using qzsim::EventHub;
+using qzsim::EventSocket;
 using qzsim::FaultTable;
 
 namespace {
 std::mutex lifecycleMutex;
+
+// The socket lives as long as the handler, so a restarted handler (the
+// provider restarts it whenever run() ends) picks up a changed path.
+void startEventSocket() {
+    const char* path = std::getenv("QZSIM_EVENT_SOCKET");
+    if (path == nullptr || *path == '\0') {
+        return;
+    }
+    std::string problem;
+    if (!EventSocket::instance().start(path, &problem)) {
+        ts_log(2, "EventsHandler::init", "no event socket: %s\n", problem.c_str());
+    }
 }
+} // namespace
 
 EventsHandler::EventsHandler() = default;
 EventsHandler::~EventsHandler() = default;
@@ -27,6 +44,7 @@ int EventsHandler::init(PollingHandler* /*pollingHandler*/, int flags) {
     if (theEventsHandler == nullptr) {
         EventHub::instance().restart();
         theEventsHandler = new EventsHandler;
+        startEventSocket();
     }
     return MGMT_OK;
 }
@@ -37,6 +55,7 @@ void EventsHandler::term() {
     if (theEventsHandler == nullptr) {
         return;
     }
+    EventSocket::instance().stop();
     EventHub::instance().endStream();
     EventHub::instance().waitStopped();
     EventHub::instance().clearCallbacks();

@@ -2,6 +2,7 @@
 
 #include "DemoModel.h"
 #include "EventHub.h"
+#include "EventSocket.h"
 #include "FaultTable.h"
 #include "LogSink.h"
 #include "ModelLoader.h"
@@ -65,6 +66,8 @@ void postEvent(const Event& event) { EventHub::instance().post(event); }
 void endEventStream() { EventHub::instance().endStream(); }
 
 bool waitForEventsDelivered(int timeoutMs) { return EventHub::instance().waitDelivered(timeoutMs); }
+
+std::string eventSocketPath() { return EventSocket::instance().path(); }
 
 int setDaemonState(int state) {
     std::lock_guard<std::mutex> lock(SimState::instance().mutex());

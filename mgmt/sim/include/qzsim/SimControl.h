@@ -38,6 +38,24 @@ void endEventStream();
 // Wait until every queued event has been handed to its callback.
 bool waitForEventsDelivered(int timeoutMs);
 
+// One event as a JSON object, e.g. {"type": "mount", "node": "node1", "fs": "fs1"}.
+// "type" is required: a name such as "mount" or "hung_thread", or 0-18. The
+// other members name Event fields ("nodeIp", "disk", "waitTime", ...; see
+// docs/cluster-model.md). Without "seconds" the event is stamped now; of
+// "node" and "nodeIp" a missing one is filled from the loaded model.
+// Throws std::invalid_argument naming the member at fault and what it allows.
+Event eventFromJson(const std::string& json);
+// The name eventFromJson accepts for an MgmtEventType, or null.
+const char* eventTypeName(int type);
+
+// While EventsHandler is initialised and QZSIM_EVENT_SOCKET names a path, the
+// library takes events there: one JSON object per line, each answered with
+// "ok" or "error: <text>". The path it listens on, or empty.
+std::string eventSocketPath();
+// Sends one event line and returns the reply without its newline. Throws
+// std::runtime_error when nothing listens at socketPath.
+std::string sendEventText(const std::string& socketPath, const std::string& jsonLine);
+
 int setDaemonState(int state);
 int daemonState();
 
