@@ -64,7 +64,7 @@ TEST_F(InstanceOperationsTest, GetInstanceIgnoresTheClientsHostAndNamespace) {
                          path.getClassName(), path.getKeyBindings());
     Array<CIMInstance> got = get(asSent);
     ASSERT_EQ(got.size(), 1u);
-    EXPECT_EQ(text(got[0], "Name"), "gpfs0");
+    EXPECT_EQ(text(got[0], "Name"), "data0");
 }
 
 TEST_F(InstanceOperationsTest, GetInstanceOfAnUnknownObjectCompletesEmpty) {

@@ -13,7 +13,7 @@ inline const char* const SMALL_CLUSTER = R"({
       "diskAccess": [ { "diskName": "b1", "localAccess": false, "serverName": "n1" } ] }
   ],
   "filesystems": [
-    { "name": "gpfs0", "status": "recovered", "mountPoint": "/small/gpfs0",
+    { "name": "data0", "status": "recovered", "mountPoint": "/small/data0",
       "managerNode": "n2", "mountedNodes": ["n1"],
       "pools": [ { "name": "system", "disks": [
           { "name": "b1", "availability": "OK", "totalSpace": 100, "fullBlockFreeSpace": 50,
