@@ -73,9 +73,9 @@ CIMInstance VexaProvider::createGroupInstance(Group* group) {
     return instance;
 }
 
-// The published model has no source of user records yet, so the user list
-// stays empty; the refresh still calls this per mounted file system, and the
-// result 1 ("nothing built") tells it so.
+// Users are not published yet: the refresh calls this for every mounted file
+// system, it builds nothing, and the result 1 ("nothing built") says so. The
+// instance builder above is ready for when user records are read.
 int VexaProvider::buildUserInstances(FilesystemInfo* fs, int) {
     ts_log(0, "VexaProvider::buildUserInstances", "ENTER\n");
     if (fs == 0) {
@@ -87,7 +87,8 @@ int VexaProvider::buildUserInstances(FilesystemInfo* fs, int) {
     return 1;
 }
 
-// The group counterpart of buildUserInstances, equally building nothing.
+// The group counterpart of buildUserInstances, equally building nothing. Its
+// callers pass records of the snapshot, never null.
 int VexaProvider::buildGroupInstances(FilesystemInfo* fs, int) {
     ts_log(0, "VexaProvider::buildGroupInstances", "ENTER\n");
     ts_log(0, "VexaProvider::buildGroupInstances", "FS=%s @ %s err %d nGroups %d\n", fs->name,

@@ -112,24 +112,6 @@ TEST_F(AccountPerfDiscoveryInstancesTest, UserWithoutAccountDetailsHasTypedNulls
                        "vexaGroupName=staff, vexaGroupGID=100,vexaGroupFileSystem=fs1"));
 }
 
-TEST_F(AccountPerfDiscoveryInstancesTest, AccountListBuildersBuildNothingYet) {
-    FilesystemInfo fs;
-    setText(fs.name, "fs1");
-    setText(fs.defaultMountPoint, "/qz/fs1");
-    EXPECT_EQ(provider.buildUserInstances(&fs, 0), 1);
-    EXPECT_EQ(provider.buildUserInstances(nullptr, 0), 1);
-    EXPECT_EQ(provider.buildGroupInstances(&fs, 0), 1);
-    EXPECT_EQ(provider.users.size() + provider.groups.size(), 0u);
-    std::vector<std::string> lines = logLines();
-    EXPECT_NE(
-        findLine(lines, "L0 VexaProvider::buildUserInstances: FS=fs1 @ /qz/fs1 err 1 nUsers 0"),
-        -1);
-    EXPECT_NE(findLine(lines, "L2 VexaProvider::buildUserInstances: FS is null"), -1);
-    EXPECT_NE(
-        findLine(lines, "L0 VexaProvider::buildGroupInstances: FS=fs1 @ /qz/fs1 err 1 nGroups 0"),
-        -1);
-}
-
 TEST_F(AccountPerfDiscoveryInstancesTest, PolicyRulesKeepTheirOrderAndNoRulesIsAnEmptyArray) {
     PolicyInfo policy;
     setText(policy.name, "placement");
