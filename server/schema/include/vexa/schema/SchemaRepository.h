@@ -9,6 +9,7 @@
 
 #include <Pegasus/Common/Array.h>
 #include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/CIMPropertyList.h>
 
@@ -16,6 +17,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace vexa::schema {
 
@@ -33,6 +35,17 @@ private:
     std::string source_;
     unsigned line_;
     std::string problem_;
+};
+
+// An instance declared in MOF ("instance of ..."), kept so that it can be
+// checked. Instances of a class the repository holds are typed by that
+// class; others (such as the CIM server's own registration classes) keep
+// the types their literals suggest: String, Boolean, Uint64 (Sint64 when
+// negative), Real64, arrays of these, or a null value for NULL.
+struct MofInstance {
+    Pegasus::CIMInstance instance;
+    std::string source;
+    unsigned line = 0;
 };
 
 class SchemaRepository {
@@ -71,13 +84,22 @@ public:
     // Names of the direct subclasses of `parent` (all descendants when
     // `deep`); a null `parent` means the classes without a superclass.
     // Sorted by name, so answers are stable.
-    Pegasus::Array<Pegasus::CIMName> subclassNames(const Pegasus::CIMName& parent,
-                                                   bool deep) const;
+    Pegasus::Array<Pegasus::CIMName> subclassNames(const Pegasus::CIMName& parent, bool deep) const;
 
     // True when `name` is `ancestor` or derives from it.
     bool isA(const Pegasus::CIMName& name, const Pegasus::CIMName& ancestor) const;
 
     size_t classCount() const;
+
+    // The instance declarations read so far, in the order read.
+    const std::vector<MofInstance>& instances() const;
+
+    // The type of a declared property or parameter as its values carry it:
+    // a string qualified EmbeddedObject holds objects (CIMTYPE_OBJECT) and
+    // one qualified EmbeddedInstance holds instances (CIMTYPE_INSTANCE);
+    // every other element has its declared type.
+    static Pegasus::CIMType valueType(const Pegasus::CIMConstProperty& property);
+    static Pegasus::CIMType valueType(const Pegasus::CIMConstParameter& parameter);
 
 private:
     struct Impl;
