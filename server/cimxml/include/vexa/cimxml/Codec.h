@@ -47,12 +47,25 @@ public:
     const std::string& cimErrorHeader() const { return cimErrorHeader_; }
     Pegasus::CIMStatusCode cimStatus() const { return cimStatus_; }
 
+    // The request a CIM error belongs to, once the decoder has read that
+    // far: its message id and (I)METHODCALL name, so that the ERROR answer
+    // can repeat them (cimcli rejects an answer that does not). Empty when
+    // the envelope itself could not be read.
+    const std::string& messageId() const { return messageId_; }
+    const std::string& methodName() const { return methodName_; }
+    bool extrinsic() const { return extrinsic_; }
+    void setRequestContext(const std::string& messageId, const std::string& methodName,
+                           bool extrinsic);
+
 private:
     RequestError(int httpStatus, std::string header, Pegasus::CIMStatusCode status,
                  const std::string& description);
     int httpStatus_;
     std::string cimErrorHeader_;
     Pegasus::CIMStatusCode cimStatus_;
+    std::string messageId_;
+    std::string methodName_;
+    bool extrinsic_ = false;
 };
 
 // A parameter value as the client sent it, before it has a declared type.
@@ -103,12 +116,33 @@ struct Request {
 };
 
 // Decodes a CIM-XML operation request body. Throws RequestError.
+//
+// Names keep the client's spelling; intrinsic operation and parameter names
+// are recognised without regard to case. Key values are normalised so that
+// paths compare as the client meant them: numeric keys in plain decimal
+// ("007" and "+7" become "7"), boolean keys as TRUE/FALSE. References (in
+// keys and parameters) lose their HOST, which names the server as the client
+// reached it, and take the request's namespace when they carry none.
+// Request::instanceName and Request::target hold class and keys only; their
+// namespace is Request::nameSpace. A keyless INSTANCENAME as ObjectName (what
+// wbemcli sends for a class path) stays an instance name; className is then
+// set to its class as well.
 Request decodeRequest(std::string_view body, const DecodeLimits& limits = {});
 
 // Gives a raw parameter its declared type. Throws RequestError with
-// CIM_ERR_INVALID_PARAMETER, naming the parameter, when it does not convert.
+// CIM_ERR_INVALID_PARAMETER, naming the parameter, when it does not convert,
+// and with CIM_ERR_TYPE_MISMATCH when an array arrives for a scalar or a
+// reference for a non-reference (a single value for an array parameter is
+// taken as an array of one). CIMTYPE_INSTANCE and CIMTYPE_OBJECT parse the
+// embedded INSTANCE; CIMTYPE_STRING given an embedded instance keeps its XML.
 Pegasus::CIMValue convertParameter(const RawParameter& parameter, Pegasus::CIMType type,
                                    bool isArray);
+
+// The HOST written into INSTANCEPATHs whose path has no host of its own
+// (association results must carry a non-empty one). Starts as the system's
+// host name; the server sets the name it is reached by. Thread-safe.
+void setDefaultHost(const std::string& host);
+std::string defaultHost();
 
 // Answers. Each returns the whole message body, for the request's message
 // id and method name.
@@ -132,6 +166,9 @@ std::string encodeError(const Request& request, Pegasus::CIMStatusCode status,
 // An error answer for a request that could not be decoded far enough to
 // know its message id and method (message id "0").
 std::string encodeError(Pegasus::CIMStatusCode status, const std::string& description);
+// The answer to a RequestError that carries a CIM status (httpStatus() 0),
+// for the request context it carries, else as the function above.
+std::string encodeError(const RequestError& error);
 
 // Indication export: the server is the export client, a listener the server.
 struct ExportRequest {
@@ -144,6 +181,17 @@ ExportRequest decodeExportIndication(std::string_view body, const DecodeLimits& 
 std::string encodeExportResponse(const std::string& messageId);
 std::string encodeExportError(const std::string& messageId, Pegasus::CIMStatusCode status,
                               const std::string& description);
+
+// What a listener answered to an ExportIndication. Anything but an
+// EXPMETHODRESPONSE without ERROR is a failed delivery: a body that cannot
+// be read gives delivered == false with CIM_ERR_FAILED and the reason.
+struct ExportResponse {
+    std::string messageId;
+    bool delivered = false;
+    Pegasus::CIMStatusCode status = Pegasus::CIM_ERR_SUCCESS;
+    std::string description;
+};
+ExportResponse decodeExportResponse(std::string_view body, const DecodeLimits& limits = {});
 
 } // namespace vexa::cimxml
 
