@@ -19,6 +19,7 @@ PACKAGES=(
   libpugixml-dev
   libcpp-httplib-dev
   libssl-dev
+  libcrypt-dev
   sblim-wbemcli
 )
 

@@ -1,0 +1,253 @@
+#include "vexa/host/CimXmlEndpoint.h"
+
+#include <strings.h>
+
+#include <cctype>
+
+#include "vexa/host/Base64.h"
+#include "vexa/host/ProviderLibrary.h"
+#include "vexa/host/ServerLog.h"
+
+namespace vexa::host {
+
+namespace {
+
+bool sameText(const std::string& a, const std::string& b) {
+    return a.size() == b.size() && strcasecmp(a.c_str(), b.c_str()) == 0;
+}
+
+std::string trimmed(const std::string& text) {
+    size_t first = text.find_first_not_of(" \t");
+    if (first == std::string::npos) {
+        return std::string();
+    }
+    size_t last = text.find_last_not_of(" \t");
+    return text.substr(first, last - first + 1);
+}
+
+std::string withoutLeadingSlash(std::string nameSpace) {
+    while (!nameSpace.empty() && nameSpace[0] == '/') {
+        nameSpace.erase(0, 1);
+    }
+    return nameSpace;
+}
+
+// An HTTP-level refusal: no body, the reason in the CIMError header. The
+// connection is closed after requests that could not be understood.
+void refuse(httplib::Response& response, int status, const std::string& cimError,
+            bool closeConnection) {
+    response.status = status;
+    response.body.clear();
+    if (!cimError.empty()) {
+        response.set_header("CIMError", cimError);
+    }
+    if (closeConnection) {
+        response.set_header("Connection", "close");
+    }
+}
+
+// The host name the client used, without the port.
+std::string hostOfRequest(const httplib::Request& request, const std::string& fallback) {
+    std::string host = request.get_header_value("Host");
+    if (!host.empty() && host[0] == '[') {
+        size_t close = host.find(']');
+        host = close == std::string::npos ? std::string() : host.substr(0, close + 1);
+    } else {
+        host = host.substr(0, host.find(':'));
+    }
+    return host.empty() ? fallback : host;
+}
+
+bool acceptableContentType(const std::string& value) {
+    if (value.empty()) {
+        return true;
+    }
+    std::string lower;
+    for (char c : value) {
+        lower += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+    size_t semicolon = lower.find(';');
+    std::string media = trimmed(lower.substr(0, semicolon));
+    if (media != "application/xml" && media != "text/xml") {
+        return false;
+    }
+    while (semicolon != std::string::npos) {
+        size_t next = lower.find(';', semicolon + 1);
+        std::string parameter = trimmed(lower.substr(semicolon + 1, next - semicolon - 1));
+        if (parameter.compare(0, 8, "charset=") == 0) {
+            std::string charset = parameter.substr(8);
+            if (charset.size() >= 2 && charset.front() == '"' && charset.back() == '"') {
+                charset = charset.substr(1, charset.size() - 2);
+            }
+            if (charset != "utf-8") {
+                return false;
+            }
+        }
+        semicolon = next;
+    }
+    return true;
+}
+
+// The user named by valid Basic credentials; empty optional otherwise.
+std::optional<std::string> authenticatedUser(const httplib::Request& request,
+                                             const AuthFile& auth) {
+    std::string value = trimmed(request.get_header_value("Authorization"));
+    size_t space = value.find(' ');
+    if (space == std::string::npos || !sameText(value.substr(0, space), "Basic")) {
+        return std::nullopt;
+    }
+    std::optional<std::string> credential = base64Decode(trimmed(value.substr(space + 1)));
+    if (!credential) {
+        return std::nullopt;
+    }
+    // Passwords may hold ':'; user names may not.
+    size_t colon = credential->find(':');
+    if (colon == std::string::npos) {
+        return std::nullopt;
+    }
+    std::string user = credential->substr(0, colon);
+    if (!auth.check(user, credential->substr(colon + 1))) {
+        return std::nullopt;
+    }
+    return user;
+}
+
+// Does the CIMObject header name what the body names? Compared as CIM names
+// are compared, ignoring case; key values are not compared.
+bool objectHeaderMatches(const std::string& header, const cimxml::Request& request) {
+    if (!request.extrinsic) {
+        return sameText(withoutLeadingSlash(header), withoutLeadingSlash(request.nameSpace));
+    }
+    size_t colon = header.find(':');
+    if (colon == std::string::npos) {
+        return false;
+    }
+    std::string className = header.substr(colon + 1);
+    className = className.substr(0, className.find('.'));
+    std::string target = (const char*)request.target.getClassName().getString().getCString();
+    return sameText(withoutLeadingSlash(header.substr(0, colon)),
+                    withoutLeadingSlash(request.nameSpace)) &&
+           sameText(className, target);
+}
+
+} // namespace
+
+std::optional<std::string> percentDecode(const std::string& text) {
+    std::string decoded;
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '%') {
+            decoded += text[i];
+            continue;
+        }
+        if (i + 2 >= text.size() || !std::isxdigit(static_cast<unsigned char>(text[i + 1])) ||
+            !std::isxdigit(static_cast<unsigned char>(text[i + 2]))) {
+            return std::nullopt;
+        }
+        decoded += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
+        i += 2;
+    }
+    return decoded;
+}
+
+CimXmlEndpoint::CimXmlEndpoint(const OperationDispatcher& dispatcher, EndpointSettings settings)
+    : dispatcher_(dispatcher), settings_(std::move(settings)) {}
+
+void CimXmlEndpoint::install(httplib::Server& server) const {
+    server.Post(".*", [this](const httplib::Request& request, httplib::Response& response) {
+        handlePost(request, response);
+    });
+    // CIM operations are POSTs; anything else is not implemented here.
+    auto notImplemented = [](const httplib::Request&, httplib::Response& response) {
+        refuse(response, 501, "", false);
+        response.set_header("Allow", "POST");
+    };
+    server.Get(".*", notImplemented);
+    server.Put(".*", notImplemented);
+    server.Patch(".*", notImplemented);
+    server.Delete(".*", notImplemented);
+    server.Options(".*", notImplemented);
+}
+
+void CimXmlEndpoint::handlePost(const httplib::Request& request,
+                                httplib::Response& response) const {
+    try {
+        Caller caller;
+        caller.hostInAnswer = hostOfRequest(request, settings_.systemName);
+        if (settings_.auth != nullptr) {
+            std::optional<std::string> user = authenticatedUser(request, *settings_.auth);
+            if (!user) {
+                refuse(response, 401, "", false);
+                response.set_header("WWW-Authenticate",
+                                    "Basic realm=\"" + caller.hostInAnswer + "\"");
+                return;
+            }
+            caller.user = *user;
+        }
+        if (request.version == "HTTP/1.1" && !request.has_header("Host")) {
+            refuse(response, 400, "", true);
+            return;
+        }
+        if (!acceptableContentType(request.get_header_value("Content-Type"))) {
+            refuse(response, 400, "", true);
+            return;
+        }
+        if (request.has_header("CIMBatch")) {
+            refuse(response, 501, "multiple-requests-unsupported", false);
+            return;
+        }
+        if (!request.has_header("CIMOperation")) {
+            // Also a CIM export request: this server is no listener.
+            refuse(response, 400, "", true);
+            return;
+        }
+        if (!sameText(trimmed(request.get_header_value("CIMOperation")), "MethodCall")) {
+            refuse(response, 400, "unsupported-operation", true);
+            return;
+        }
+        std::optional<std::string> methodHeader =
+            percentDecode(trimmed(request.get_header_value("CIMMethod")));
+        std::optional<std::string> objectHeader =
+            percentDecode(trimmed(request.get_header_value("CIMObject")));
+        if (!methodHeader || methodHeader->empty() || !objectHeader || objectHeader->empty()) {
+            refuse(response, 400, "header-mismatch", true);
+            return;
+        }
+        if (request.body.size() > settings_.limits.maxBytes) {
+            refuse(response, 413, "", true);
+            return;
+        }
+
+        cimxml::Request decoded;
+        try {
+            decoded = cimxml::decodeRequest(request.body, settings_.limits);
+        } catch (const cimxml::RequestError& error) {
+            if (error.httpStatus() != 0) {
+                refuse(response, error.httpStatus(), error.cimErrorHeader(), true);
+            } else {
+                response.status = 200;
+                response.set_header("CIMOperation", "MethodResponse");
+                response.set_content(cimxml::encodeError(error),
+                                     "application/xml; charset=\"utf-8\"");
+            }
+            return;
+        }
+        bool methodMatches = decoded.extrinsic ? *methodHeader == decoded.methodName
+                                               : sameText(*methodHeader, decoded.methodName);
+        std::string versionHeader = trimmed(request.get_header_value("CIMProtocolVersion"));
+        if (!methodMatches || !objectHeaderMatches(*objectHeader, decoded) ||
+            (!versionHeader.empty() && versionHeader.compare(0, 2, "1.") != 0)) {
+            refuse(response, 400, "header-mismatch", true);
+            return;
+        }
+
+        std::string body = dispatcher_.answer(decoded, caller);
+        response.status = 200;
+        response.set_header("CIMOperation", "MethodResponse");
+        response.set_content(body, "application/xml; charset=\"utf-8\"");
+    } catch (...) {
+        logLine("internal failure while answering a request: " + currentExceptionText());
+        refuse(response, 500, "", true);
+    }
+}
+
+} // namespace vexa::host

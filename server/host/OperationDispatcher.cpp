@@ -1,0 +1,440 @@
+#include "vexa/host/OperationDispatcher.h"
+
+#include <Pegasus/Common/AcceptLanguageList.h>
+#include <Pegasus/Common/CIMClass.h>
+#include <Pegasus/Common/CIMMethod.h>
+#include <Pegasus/Common/CIMParameter.h>
+#include <Pegasus/Common/ContentLanguageList.h>
+#include <Pegasus/Common/Exception.h>
+#include <Pegasus/Common/OperationContext.h>
+
+#include <strings.h>
+
+#include "vexa/host/ProviderLibrary.h"
+#include "vexa/host/ResponseCollectors.h"
+
+PEGASUS_USING_PEGASUS;
+
+namespace vexa::host {
+
+const char* const SERVED_NAMESPACE = "root/cimv2";
+
+namespace {
+
+using cimxml::Request;
+using cimxml::RequestError;
+
+std::string text(const String& value) { return (const char*)value.getCString(); }
+std::string text(const CIMName& name) { return text(name.getString()); }
+
+bool sameName(const std::string& a, const char* b) { return strcasecmp(a.c_str(), b) == 0; }
+
+[[noreturn]] void fail(CIMStatusCode code, const std::string& description) {
+    throw RequestError::cim(code, description);
+}
+
+// A provider exception as the client sees it.
+[[noreturn]] void failFromProvider() {
+    try {
+        throw;
+    } catch (const CIMException& error) {
+        CIMStatusCode code = error.getCode() == CIM_ERR_SUCCESS ? CIM_ERR_FAILED : error.getCode();
+        std::string message = text(error.getMessage());
+        fail(code, message.empty() ? std::string(cimStatusCodeToString(code)) : message);
+    } catch (const RequestError&) {
+        throw;
+    } catch (...) {
+        fail(CIM_ERR_FAILED, currentExceptionText());
+    }
+}
+
+template <class Call>
+void callProvider(Call call) {
+    try {
+        call();
+    } catch (...) {
+        failFromProvider();
+    }
+}
+
+OperationContext contextFor(const std::string& user) {
+    OperationContext context;
+    context.insert(IdentityContainer(String(user.c_str())));
+    context.insert(AcceptLanguageListContainer(AcceptLanguageList()));
+    context.insert(ContentLanguageListContainer(ContentLanguageList()));
+    return context;
+}
+
+// Filters properties by the request's property list and, for instances of a
+// subclass asked for with DeepInheritance=FALSE, to those of `shallowClass`.
+template <class Object>
+void trimProperties(Object& object, const CIMPropertyList& propertyList,
+                    const CIMClass* shallowClass) {
+    for (Uint32 i = object.getQualifierCount(); i > 0; --i) {
+        object.removeQualifier(i - 1);
+    }
+    for (Uint32 i = object.getPropertyCount(); i > 0; --i) {
+        CIMName name = object.getProperty(i - 1).getName();
+        bool listed = propertyList.isNull() || propertyList.contains(name);
+        bool declared =
+            shallowClass == nullptr || shallowClass->findProperty(name) != PEG_NOT_FOUND;
+        if (!listed || !declared) {
+            object.removeProperty(i - 1);
+        }
+    }
+}
+
+} // namespace
+
+OperationDispatcher::OperationDispatcher(ProviderInterfaces provider,
+                                         const schema::SchemaRepository& schema,
+                                         const ServedClasses& served, std::string systemName)
+    : provider_(provider), schema_(schema), served_(served), systemName_(std::move(systemName)) {}
+
+std::string OperationDispatcher::answer(const Request& request, const Caller& caller) const {
+    try {
+        return dispatch(request, caller);
+    } catch (const RequestError& error) {
+        CIMStatusCode code =
+            error.cimStatus() == CIM_ERR_SUCCESS ? CIM_ERR_FAILED : error.cimStatus();
+        return cimxml::encodeError(request, code, error.what());
+    } catch (...) {
+        return cimxml::encodeError(request, CIM_ERR_FAILED, currentExceptionText());
+    }
+}
+
+std::string OperationDispatcher::dispatch(const Request& request, const Caller& caller) const {
+    std::string nameSpace = request.nameSpace;
+    while (!nameSpace.empty() && nameSpace[0] == '/') {
+        nameSpace.erase(0, 1);
+    }
+    if (!sameName(nameSpace, SERVED_NAMESPACE)) {
+        fail(CIM_ERR_INVALID_NAMESPACE,
+             "namespace '" + request.nameSpace + "' is not served here; use " + SERVED_NAMESPACE);
+    }
+    if (request.extrinsic) {
+        return invokeMethod(request, caller);
+    }
+    const std::string& name = request.methodName;
+    if (sameName(name, "GetInstance")) {
+        return getInstance(request, caller);
+    }
+    if (sameName(name, "EnumerateInstances")) {
+        return enumerateInstances(request, caller);
+    }
+    if (sameName(name, "EnumerateInstanceNames")) {
+        return enumerateInstanceNames(request, caller);
+    }
+    if (sameName(name, "Associators") || sameName(name, "AssociatorNames")) {
+        return associators(request, caller, sameName(name, "AssociatorNames"));
+    }
+    if (sameName(name, "References") || sameName(name, "ReferenceNames")) {
+        return references(request, caller, sameName(name, "ReferenceNames"));
+    }
+    if (sameName(name, "GetClass")) {
+        return getClass(request);
+    }
+    if (sameName(name, "EnumerateClasses") || sameName(name, "EnumerateClassNames")) {
+        return enumerateClasses(request, sameName(name, "EnumerateClassNames"));
+    }
+    fail(CIM_ERR_NOT_SUPPORTED, name + " is not supported");
+}
+
+namespace {
+
+const CIMClass& knownClass(const schema::SchemaRepository& schema, const CIMName& name) {
+    const CIMClass* declared = name.isNull() ? nullptr : schema.findClass(name);
+    if (declared == nullptr) {
+        fail(CIM_ERR_INVALID_CLASS,
+             "class '" + text(name) + "' does not exist in " + SERVED_NAMESPACE);
+    }
+    return *declared;
+}
+
+CIMObjectPath pathForProvider(const std::string& host, const CIMName& className,
+                              const Array<CIMKeyBinding>& keys = Array<CIMKeyBinding>()) {
+    return CIMObjectPath(String(host.c_str()), CIMNamespaceName(SERVED_NAMESPACE), className, keys);
+}
+
+} // namespace
+
+std::string OperationDispatcher::getInstance(const Request& request, const Caller& caller) const {
+    const CIMObjectPath& name = request.instanceName;
+    knownClass(schema_, name.getClassName());
+    if (provider_.instances == nullptr) {
+        fail(CIM_ERR_NOT_SUPPORTED, "the provider serves no instances");
+    }
+    InstanceCollector collector(true);
+    OperationContext context = contextFor(caller.user);
+    CIMObjectPath path = pathForProvider(systemName_, name.getClassName(), name.getKeyBindings());
+    callProvider([&] {
+        provider_.instances->getInstance(context, path, request.includeQualifiers,
+                                         request.includeClassOrigin, request.propertyList,
+                                         collector);
+    });
+    if (collector.instances.size() == 0) {
+        fail(CIM_ERR_NOT_FOUND, "no instance " + text(name.toString()));
+    }
+    CIMInstance instance = collector.instances[0];
+    trimProperties(instance, request.propertyList, nullptr);
+    return cimxml::encodeInstance(request, instance);
+}
+
+std::string OperationDispatcher::enumerateInstances(const Request& request,
+                                                    const Caller& caller) const {
+    const CIMClass& requested = knownClass(schema_, request.className);
+    Array<CIMName> classes = served_.instanceClassesUnder(requested.getClassName());
+    Array<CIMInstance> all;
+    if (classes.size() > 0 && provider_.instances == nullptr) {
+        fail(CIM_ERR_NOT_SUPPORTED, "the provider serves no instances");
+    }
+    OperationContext context = contextFor(caller.user);
+    for (Uint32 i = 0; i < classes.size(); ++i) {
+        InstanceCollector collector;
+        CIMObjectPath path = pathForProvider(systemName_, classes[i]);
+        callProvider([&] {
+            provider_.instances->enumerateInstances(context, path, request.includeQualifiers,
+                                                    request.includeClassOrigin,
+                                                    request.propertyList, collector);
+        });
+        bool subclass = !classes[i].equal(requested.getClassName());
+        const CIMClass* shallow = subclass && !request.deepInheritance ? &requested : nullptr;
+        for (Uint32 k = 0; k < collector.instances.size(); ++k) {
+            CIMInstance instance = collector.instances[k];
+            trimProperties(instance, request.propertyList, shallow);
+            all.append(instance);
+        }
+    }
+    return cimxml::encodeNamedInstances(request, all);
+}
+
+std::string OperationDispatcher::enumerateInstanceNames(const Request& request,
+                                                        const Caller& caller) const {
+    const CIMClass& requested = knownClass(schema_, request.className);
+    Array<CIMName> classes = served_.instanceClassesUnder(requested.getClassName());
+    if (classes.size() > 0 && provider_.instances == nullptr) {
+        fail(CIM_ERR_NOT_SUPPORTED, "the provider serves no instances");
+    }
+    Array<CIMObjectPath> all;
+    OperationContext context = contextFor(caller.user);
+    for (Uint32 i = 0; i < classes.size(); ++i) {
+        ObjectPathCollector collector;
+        CIMObjectPath path = pathForProvider(systemName_, classes[i]);
+        callProvider(
+            [&] { provider_.instances->enumerateInstanceNames(context, path, collector); });
+        all.appendArray(collector.paths);
+    }
+    return cimxml::encodeInstanceNames(request, all);
+}
+
+namespace {
+
+// Association answers name objects with a full path: the host the client
+// used and the served namespace, where the provider left them out.
+CIMObjectPath pathForAnswer(CIMObjectPath path, const std::string& host) {
+    if (path.getHost().size() == 0) {
+        path.setHost(String(host.c_str()));
+    }
+    if (path.getNameSpace().isNull()) {
+        path.setNameSpace(CIMNamespaceName(SERVED_NAMESPACE));
+    }
+    return path;
+}
+
+} // namespace
+
+std::string OperationDispatcher::associators(const Request& request, const Caller& caller,
+                                             bool namesOnly) const {
+    if (request.objectNameIsClass) {
+        fail(CIM_ERR_NOT_SUPPORTED, "association requests on a class are not supported; name an "
+                                    "instance");
+    }
+    const CIMObjectPath& source = request.instanceName;
+    knownClass(schema_, source.getClassName());
+    if (!request.assocClass.isNull()) {
+        knownClass(schema_, request.assocClass);
+    }
+    Array<CIMName> assocClasses =
+        served_.associationClassesFor(source.getClassName(), request.assocClass);
+    if (assocClasses.size() > 0 && provider_.associations == nullptr) {
+        fail(CIM_ERR_NOT_SUPPORTED, "the provider serves no associations");
+    }
+    OperationContext context = contextFor(caller.user);
+    CIMObjectPath path =
+        pathForProvider(systemName_, source.getClassName(), source.getKeyBindings());
+    String role(request.role.c_str());
+    String resultRole(request.resultRole.c_str());
+    if (namesOnly) {
+        Array<CIMObjectPath> all;
+        for (Uint32 i = 0; i < assocClasses.size(); ++i) {
+            ObjectPathCollector collector;
+            callProvider([&] {
+                provider_.associations->associatorNames(context, path, assocClasses[i],
+                                                        request.resultClass, role, resultRole,
+                                                        collector);
+            });
+            for (Uint32 k = 0; k < collector.paths.size(); ++k) {
+                all.append(pathForAnswer(collector.paths[k], caller.hostInAnswer));
+            }
+        }
+        return cimxml::encodeObjectPaths(request, all);
+    }
+    Array<CIMObject> all;
+    for (Uint32 i = 0; i < assocClasses.size(); ++i) {
+        ObjectCollector collector;
+        callProvider([&] {
+            provider_.associations->associators(context, path, assocClasses[i], request.resultClass,
+                                                role, resultRole, request.includeQualifiers,
+                                                request.includeClassOrigin, request.propertyList,
+                                                collector);
+        });
+        for (Uint32 k = 0; k < collector.objects.size(); ++k) {
+            CIMObject object = collector.objects[k];
+            trimProperties(object, request.propertyList, nullptr);
+            object.setPath(pathForAnswer(object.getPath(), caller.hostInAnswer));
+            all.append(object);
+        }
+    }
+    return cimxml::encodeObjectsWithPath(request, all);
+}
+
+std::string OperationDispatcher::references(const Request& request, const Caller& caller,
+                                            bool namesOnly) const {
+    if (request.objectNameIsClass) {
+        fail(CIM_ERR_NOT_SUPPORTED, "association requests on a class are not supported; name an "
+                                    "instance");
+    }
+    const CIMObjectPath& source = request.instanceName;
+    knownClass(schema_, source.getClassName());
+    if (!request.resultClass.isNull()) {
+        knownClass(schema_, request.resultClass);
+    }
+    // For References the result class is the association class.
+    Array<CIMName> assocClasses =
+        served_.associationClassesFor(source.getClassName(), request.resultClass);
+    if (assocClasses.size() > 0 && provider_.associations == nullptr) {
+        fail(CIM_ERR_NOT_SUPPORTED, "the provider serves no associations");
+    }
+    OperationContext context = contextFor(caller.user);
+    CIMObjectPath path =
+        pathForProvider(systemName_, source.getClassName(), source.getKeyBindings());
+    String role(request.role.c_str());
+    if (namesOnly) {
+        Array<CIMObjectPath> all;
+        for (Uint32 i = 0; i < assocClasses.size(); ++i) {
+            ObjectPathCollector collector;
+            callProvider([&] {
+                provider_.associations->referenceNames(context, path, assocClasses[i], role,
+                                                       collector);
+            });
+            for (Uint32 k = 0; k < collector.paths.size(); ++k) {
+                all.append(pathForAnswer(collector.paths[k], caller.hostInAnswer));
+            }
+        }
+        return cimxml::encodeObjectPaths(request, all);
+    }
+    Array<CIMObject> all;
+    for (Uint32 i = 0; i < assocClasses.size(); ++i) {
+        ObjectCollector collector;
+        callProvider([&] {
+            provider_.associations->references(
+                context, path, assocClasses[i], role, request.includeQualifiers,
+                request.includeClassOrigin, request.propertyList, collector);
+        });
+        for (Uint32 k = 0; k < collector.objects.size(); ++k) {
+            CIMObject object = collector.objects[k];
+            trimProperties(object, request.propertyList, nullptr);
+            object.setPath(pathForAnswer(object.getPath(), caller.hostInAnswer));
+            all.append(object);
+        }
+    }
+    return cimxml::encodeObjectsWithPath(request, all);
+}
+
+std::string OperationDispatcher::getClass(const Request& request) const {
+    CIMClass found = request.className.isNull()
+                         ? CIMClass()
+                         : schema_.classForRequest(
+                               request.className, request.localOnly, request.includeQualifiers,
+                               request.includeClassOrigin, request.propertyList);
+    if (found.isUninitialized()) {
+        fail(CIM_ERR_NOT_FOUND,
+             "class '" + text(request.className) + "' does not exist in " + SERVED_NAMESPACE);
+    }
+    return cimxml::encodeClass(request, found);
+}
+
+std::string OperationDispatcher::enumerateClasses(const Request& request, bool namesOnly) const {
+    CIMName parent;
+    if (!request.className.isNull()) {
+        parent = knownClass(schema_, request.className).getClassName();
+    }
+    Array<CIMName> names = schema_.subclassNames(parent, request.deepInheritance);
+    if (namesOnly) {
+        return cimxml::encodeClassNames(request, names);
+    }
+    Array<CIMClass> classes;
+    for (Uint32 i = 0; i < names.size(); ++i) {
+        classes.append(schema_.classForRequest(names[i], request.localOnly,
+                                               request.includeQualifiers,
+                                               request.includeClassOrigin, CIMPropertyList()));
+    }
+    return cimxml::encodeClasses(request, classes);
+}
+
+std::string OperationDispatcher::invokeMethod(const Request& request, const Caller& caller) const {
+    const CIMObjectPath& target = request.target;
+    const CIMClass& declared = knownClass(schema_, target.getClassName());
+    String methodText(request.methodName.c_str());
+    Uint32 methodIndex =
+        CIMName::legal(methodText) ? declared.findMethod(CIMName(methodText)) : PEG_NOT_FOUND;
+    if (methodIndex == PEG_NOT_FOUND) {
+        fail(CIM_ERR_METHOD_NOT_FOUND, "class " + text(declared.getClassName()) +
+                                           " has no method '" + request.methodName + "'");
+    }
+    CIMConstMethod method = declared.getMethod(methodIndex);
+
+    Array<CIMParamValue> inParameters;
+    std::vector<Uint32> seen;
+    for (const cimxml::RawParameter& raw : request.parameters) {
+        String rawName(raw.name.c_str());
+        Uint32 index =
+            CIMName::legal(rawName) ? method.findParameter(CIMName(rawName)) : PEG_NOT_FOUND;
+        if (index == PEG_NOT_FOUND) {
+            fail(CIM_ERR_INVALID_PARAMETER,
+                 "method " + text(method.getName()) + " has no parameter '" + raw.name + "'");
+        }
+        for (Uint32 earlier : seen) {
+            if (earlier == index) {
+                fail(CIM_ERR_INVALID_PARAMETER, "parameter '" + raw.name + "' is given twice");
+            }
+        }
+        seen.push_back(index);
+        CIMConstParameter parameter = method.getParameter(index);
+        CIMValue value = cimxml::convertParameter(
+            raw, schema::SchemaRepository::valueType(parameter), parameter.isArray());
+        inParameters.append(CIMParamValue(parameter.getName().getString(), value, true));
+    }
+
+    if (provider_.methods == nullptr || !served_.servesMethodsOf(declared.getClassName())) {
+        fail(CIM_ERR_NOT_SUPPORTED,
+             "the provider takes no method calls for class " + text(declared.getClassName()));
+    }
+    MethodResultCollector collector;
+    OperationContext context = contextFor(caller.user);
+    CIMObjectPath path =
+        pathForProvider(systemName_, declared.getClassName(), target.getKeyBindings());
+    callProvider([&] {
+        provider_.methods->invokeMethod(context, path, method.getName(), inParameters, collector);
+    });
+    // A null out-parameter is left out: it is absent to the client.
+    Array<CIMParamValue> outParameters;
+    for (Uint32 i = 0; i < collector.outParameters.size(); ++i) {
+        if (!collector.outParameters[i].getValue().isNull()) {
+            outParameters.append(collector.outParameters[i]);
+        }
+    }
+    return cimxml::encodeMethodResult(request, collector.returnValue, outParameters);
+}
+
+} // namespace vexa::host

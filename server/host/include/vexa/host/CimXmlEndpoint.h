@@ -1,0 +1,46 @@
+// The HTTP side of CIM operations: checks the request as DSP0200 asks
+// (method, CIM headers against the body, content type, credentials), has
+// the body decoded and answered, and writes the HTTP answer. Protocol faults
+// are HTTP errors with a CIMError header; everything else is a 200 answer,
+// CIM errors included.
+#ifndef VEXA_HOST_CIMXMLENDPOINT_H
+#define VEXA_HOST_CIMXMLENDPOINT_H
+
+#include <httplib.h>
+
+#include <optional>
+#include <string>
+
+#include <vexa/cimxml/Codec.h>
+
+#include "vexa/host/AuthFile.h"
+#include "vexa/host/OperationDispatcher.h"
+
+namespace vexa::host {
+
+struct EndpointSettings {
+    cimxml::DecodeLimits limits;
+    const AuthFile* auth = nullptr; // null: no authentication
+    std::string systemName;         // host name when the request names none
+};
+
+class CimXmlEndpoint {
+public:
+    CimXmlEndpoint(const OperationDispatcher& dispatcher, EndpointSettings settings);
+
+    // Routes every path: POST to handlePost, any other method to a refusal.
+    void install(httplib::Server& server) const;
+
+    void handlePost(const httplib::Request& request, httplib::Response& response) const;
+
+private:
+    const OperationDispatcher& dispatcher_;
+    EndpointSettings settings_;
+};
+
+// "%2F" style decoding of CIM header values; empty when malformed.
+std::optional<std::string> percentDecode(const std::string& text);
+
+} // namespace vexa::host
+
+#endif

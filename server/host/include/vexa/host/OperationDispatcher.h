@@ -1,0 +1,82 @@
+// Answers decoded CIM operation requests: instance and association
+// operations and method calls from the provider, class operations from the
+// schema. Every outcome, errors included, is a CIM-XML answer body; the
+// HTTP layer only wraps it.
+//
+// What the server adds around the provider, as a CIM server does:
+// - A request for a class covers the served classes derived from it
+//   (EnumerateInstances of CIM_ManagedElement): the provider is called once
+//   per served class, in registration order, and the results are merged.
+//   The requested class itself is called only when it is served.
+// - An association request is passed to the provider once per served
+//   association class that the AssocClass (References: ResultClass) covers
+//   and that has a reference the source object's class can fill.
+// - PropertyList and DeepInheritance=FALSE are applied to what the provider
+//   delivers, and qualifiers are never sent on instances.
+// - Paths given to the provider carry the system's host name and the
+//   namespace; paths in association answers get the host the client used.
+// - Method parameters get their declared types from the schema.
+#ifndef VEXA_HOST_OPERATIONDISPATCHER_H
+#define VEXA_HOST_OPERATIONDISPATCHER_H
+
+#include <Pegasus/Provider/CIMAssociationProvider.h>
+#include <Pegasus/Provider/CIMInstanceProvider.h>
+#include <Pegasus/Provider/CIMMethodProvider.h>
+
+#include <vexa/cimxml/Codec.h>
+#include <vexa/schema/SchemaRepository.h>
+
+#include <string>
+
+#include "vexa/host/ServedClasses.h"
+
+namespace vexa::host {
+
+// The provider's interfaces; a null one answers CIM_ERR_NOT_SUPPORTED.
+struct ProviderInterfaces {
+    Pegasus::CIMInstanceProvider* instances = nullptr;
+    Pegasus::CIMAssociationProvider* associations = nullptr;
+    Pegasus::CIMMethodProvider* methods = nullptr;
+};
+
+// Who asked, and by which name the client reached the server.
+struct Caller {
+    std::string user;         // authenticated user, empty without authentication
+    std::string hostInAnswer; // HOST written into paths of association answers
+};
+
+// The one namespace the provider serves.
+extern const char* const SERVED_NAMESPACE;
+
+class OperationDispatcher {
+public:
+    // `systemName` is the host put into paths given to the provider.
+    OperationDispatcher(ProviderInterfaces provider, const schema::SchemaRepository& schema,
+                        const ServedClasses& served, std::string systemName);
+
+    // Never throws: failures become ERROR answers.
+    std::string answer(const cimxml::Request& request, const Caller& caller) const;
+
+private:
+    std::string dispatch(const cimxml::Request& request, const Caller& caller) const;
+
+    std::string getInstance(const cimxml::Request& request, const Caller& caller) const;
+    std::string enumerateInstances(const cimxml::Request& request, const Caller& caller) const;
+    std::string enumerateInstanceNames(const cimxml::Request& request, const Caller& caller) const;
+    std::string associators(const cimxml::Request& request, const Caller& caller,
+                            bool namesOnly) const;
+    std::string references(const cimxml::Request& request, const Caller& caller,
+                           bool namesOnly) const;
+    std::string getClass(const cimxml::Request& request) const;
+    std::string enumerateClasses(const cimxml::Request& request, bool namesOnly) const;
+    std::string invokeMethod(const cimxml::Request& request, const Caller& caller) const;
+
+    ProviderInterfaces provider_;
+    const schema::SchemaRepository& schema_;
+    const ServedClasses& served_;
+    std::string systemName_;
+};
+
+} // namespace vexa::host
+
+#endif

@@ -1,0 +1,42 @@
+// The threads that serve client connections: a fixed number of workers and
+// a bounded queue of accepted connections. When the queue is full the
+// accepting thread waits, so further clients wait in the kernel's listen
+// backlog instead of costing memory here.
+#ifndef VEXA_HOST_WORKERPOOL_H
+#define VEXA_HOST_WORKERPOOL_H
+
+#include <httplib.h>
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace vexa::host {
+
+class WorkerPool : public httplib::TaskQueue {
+public:
+    WorkerPool(size_t workers, size_t queueCapacity);
+    ~WorkerPool() override;
+
+    void enqueue(std::function<void()> task) override;
+    // Runs what is queued, then ends the workers.
+    void shutdown() override;
+
+private:
+    void work();
+
+    const size_t capacity_;
+    std::mutex mutex_;
+    std::condition_variable taskReady_;
+    std::condition_variable roomReady_;
+    std::deque<std::function<void()>> tasks_;
+    bool stopping_ = false;
+    std::vector<std::thread> workers_;
+};
+
+} // namespace vexa::host
+
+#endif

@@ -1,0 +1,311 @@
+// vexa-cimserver: serves the VexaProvider CIM provider to WBEM clients over
+// CIM-XML/HTTP, loading it as a CIM server does. With no options it serves
+// the simulated demo cluster on 127.0.0.1:5988.
+#include <Pegasus/Common/Exception.h>
+
+#include <vexa/schema/SchemaRepository.h>
+
+#include <httplib.h>
+
+#include <limits.h>
+#include <signal.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <thread>
+
+#include "vexa/host/AuthFile.h"
+#include "vexa/host/CimXmlEndpoint.h"
+#include "vexa/host/IndicationExporter.h"
+#include "vexa/host/OperationDispatcher.h"
+#include "vexa/host/ProviderLibrary.h"
+#include "vexa/host/Registration.h"
+#include "vexa/host/ServedClasses.h"
+#include "vexa/host/ServerLog.h"
+#include "vexa/host/ServerOptions.h"
+#include "vexa/host/WorkerPool.h"
+
+using namespace vexa::host;
+
+namespace {
+
+constexpr int EXIT_USAGE = 2;
+const char* const PROVIDER_NAME = "VexaProvider";
+
+std::string programDirectory() {
+    char path[PATH_MAX];
+    ssize_t length = readlink("/proc/self/exe", path, sizeof(path) - 1);
+    if (length <= 0) {
+        return ".";
+    }
+    path[length] = '\0';
+    std::string text(path);
+    size_t slash = text.rfind('/');
+    return slash == std::string::npos ? "." : text.substr(0, slash);
+}
+
+std::string systemHostName() {
+    char name[HOST_NAME_MAX + 1] = {};
+    if (gethostname(name, sizeof(name) - 1) != 0 || name[0] == '\0') {
+        return "localhost";
+    }
+    return name;
+}
+
+std::string defaultEventSocket(int port) {
+    const char* runtime = getenv("XDG_RUNTIME_DIR");
+    std::string directory = runtime != nullptr && runtime[0] == '/' ? runtime : "/tmp";
+    return directory + "/vexa-cimserver-" + std::to_string(port) + ".events";
+}
+
+std::string urlHost(const std::string& address) {
+    if (address == "0.0.0.0") {
+        return "127.0.0.1";
+    }
+    if (address == "::") {
+        return "[::1]";
+    }
+    return address.find(':') != std::string::npos ? "[" + address + "]" : address;
+}
+
+[[noreturn]] void failStart(const std::string& message, int status = EXIT_FAILURE) {
+    logLine(message);
+    std::exit(status);
+}
+
+// Settings the provider's management library reads from its environment;
+// they must be in place before the library is loaded.
+void exportLibrarySettings(const ServerOptions& options, const std::string& eventSocket) {
+    if (!options.clusterModel.empty()) {
+        std::ifstream model(options.clusterModel);
+        if (!model) {
+            failStart("--cluster-model " + options.clusterModel +
+                          ": cannot read the file (examples are in examples/clusters/)",
+                      EXIT_USAGE);
+        }
+        setenv("QZSIM_CLUSTER_MODEL", options.clusterModel.c_str(), 1);
+    }
+    if (!options.logFile.empty()) {
+        setenv("QZSIM_LOG_FILE", options.logFile.c_str(), 1);
+    }
+    if (options.logLevel >= 0) {
+        setenv("QZSIM_LOG_LEVEL", std::to_string(options.logLevel).c_str(), 1);
+    }
+    setenv("QZSIM_EVENT_SOCKET", eventSocket.c_str(), 1);
+}
+
+void printBanner(const ServerOptions& options, int port, const std::string& providerPath,
+                 const std::string& eventSocket) {
+    std::string base = "http://" + urlHost(options.listenAddress) + ":" + std::to_string(port);
+    std::cout << "vexa-cimserver: serving " << base << "/ (namespace root/cimv2)\n"
+              << "  provider:      " << providerPath << "\n"
+              << "  cluster model: "
+              << (options.clusterModel.empty() ? "built-in demo cluster" : options.clusterModel)
+              << "\n"
+              << "  event socket:  " << eventSocket << "\n";
+    for (const ListenerUrl& listener : options.listeners) {
+        std::cout << "  indications to " << listener.text << "\n";
+    }
+    if (!options.authFile.empty()) {
+        std::cout << "  clients log in with a user of " << options.authFile << "\n";
+    }
+    std::cout << "Try:\n"
+              << "  wbemcli ei '" << base << "/root/cimv2:KOR_VEXA_Cluster'\n"
+              << "  wbemcli ein '" << base << "/root/cimv2:KOR_VEXA_Node'\n"
+              << "Stop with Ctrl-C." << std::endl;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    ServerOptions options;
+    try {
+        options = parseServerOptions(argc, argv);
+    } catch (const UsageError& error) {
+        std::cerr << "vexa-cimserver: " << error.what() << "\n"
+                  << "Try 'vexa-cimserver --help'." << std::endl;
+        return EXIT_USAGE;
+    }
+    if (options.help) {
+        std::cout << serverUsage();
+        return 0;
+    }
+
+    // Every thread started from here on inherits this mask, so the signals
+    // reach only the sigwait below. A client that hangs up must not kill
+    // the server with SIGPIPE.
+    sigset_t stopSignals;
+    sigemptyset(&stopSignals);
+    sigaddset(&stopSignals, SIGINT);
+    sigaddset(&stopSignals, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &stopSignals, nullptr);
+    signal(SIGPIPE, SIG_IGN);
+
+    std::unique_ptr<AuthFile> auth;
+    if (!options.authFile.empty()) {
+        try {
+            auth = std::make_unique<AuthFile>(AuthFile::load(options.authFile));
+        } catch (const std::exception& error) {
+            failStart(error.what(), EXIT_USAGE);
+        }
+        if (auth->userCount() == 0) {
+            failStart(options.authFile + ": lists no user; add one with: vexa-tool passwd " +
+                          options.authFile + " USER",
+                      EXIT_USAGE);
+        }
+    }
+
+    vexa::schema::SchemaRepository schema;
+    try {
+        schema = vexa::schema::SchemaRepository::builtIn();
+    } catch (const std::exception& error) {
+        failStart(std::string("the built-in schema does not load: ") + error.what());
+    }
+    std::vector<std::string> missing;
+    ServedClasses served = ServedClasses::fromRegistration(schema, PROVIDER_NAME, &missing);
+    if (served.empty()) {
+        try {
+            schema.loadText(providerRegistrationMof(), PROVIDER_REGISTRATION_SOURCE);
+        } catch (const std::exception& error) {
+            failStart(std::string("the provider registration does not load: ") + error.what());
+        }
+        missing.clear();
+        served = ServedClasses::fromRegistration(schema, PROVIDER_NAME, &missing);
+    }
+    for (const std::string& name : missing) {
+        logLine("the schema does not declare the served class " + name +
+                "; requests for it are refused");
+    }
+
+    httplib::Server server;
+    server.new_task_queue = [&options] {
+        return new WorkerPool(options.workers, options.workers * 4);
+    };
+    server.set_payload_max_length(options.maxRequestBytes);
+    server.set_read_timeout(options.timeoutSeconds, 0);
+    server.set_write_timeout(options.timeoutSeconds, 0);
+    server.set_keep_alive_timeout(5);
+    // Headers and body leave in separate writes; without this a small answer
+    // waits for the client's delayed acknowledgement.
+    server.set_tcp_nodelay(true);
+
+    int port = options.listenPort;
+    if (port == 0) {
+        port = server.bind_to_any_port(options.listenAddress);
+    } else if (!server.bind_to_port(options.listenAddress, port)) {
+        port = -1;
+    }
+    if (port <= 0) {
+        failStart("cannot listen on " + options.listenAddress + ":" +
+                  std::to_string(options.listenPort) +
+                  ": the address is not available or the port is in use (choose another with "
+                  "--listen ADDR:PORT)");
+    }
+    if (!options.portFile.empty()) {
+        std::ofstream portFile(options.portFile);
+        portFile << port << "\n";
+        if (!portFile) {
+            failStart("--port-file " + options.portFile + ": cannot write the file", EXIT_USAGE);
+        }
+    }
+
+    std::string eventSocket =
+        options.eventSocket.empty() ? defaultEventSocket(port) : options.eventSocket;
+    exportLibrarySettings(options, eventSocket);
+
+    std::string providerPath = options.providerPath.empty()
+                                   ? programDirectory() + "/../lib/libVexaProvider.so"
+                                   : options.providerPath;
+    std::unique_ptr<ProviderLibrary> provider;
+    try {
+        provider = std::make_unique<ProviderLibrary>(providerPath, PROVIDER_NAME);
+    } catch (const std::exception& error) {
+        failStart(error.what());
+    }
+
+    std::string systemName = systemHostName();
+    ProviderInterfaces interfaces;
+    interfaces.instances = provider->instances();
+    interfaces.associations = provider->associations();
+    interfaces.methods = provider->methods();
+    OperationDispatcher dispatcher(interfaces, schema, served, systemName);
+    EndpointSettings endpointSettings;
+    endpointSettings.limits.maxBytes = options.maxRequestBytes;
+    endpointSettings.limits.maxDepth = options.maxXmlDepth;
+    endpointSettings.auth = auth.get();
+    endpointSettings.systemName = systemName;
+    CimXmlEndpoint endpoint(dispatcher, endpointSettings);
+    endpoint.install(server);
+
+    // The exporter outlives the provider's use of it: an event thread that
+    // read the enabled flag just before disableIndications may still deliver.
+    IndicationExporter* exporter = nullptr;
+    if (!options.listeners.empty()) {
+        if (provider->indications() == nullptr) {
+            logLine("the provider makes no indications; --listener has no effect");
+        } else {
+            exporter = new IndicationExporter(options.listeners);
+            try {
+                provider->indications()->enableIndications(*exporter);
+            } catch (...) {
+                failStart("the provider refused to enable indications: " + currentExceptionText());
+            }
+        }
+    }
+
+    std::atomic<bool> servingEnded{false};
+    std::thread serving([&server, &servingEnded] {
+        if (!server.listen_after_bind()) {
+            logLine("the HTTP listener failed");
+        }
+        servingEnded = true;
+        // Wake the main thread if serving ended by itself.
+        kill(getpid(), SIGTERM);
+    });
+    // A stop() that came before the listener runs would be lost; and the
+    // banner promises that requests are served.
+    while (!server.is_running() && !servingEnded) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    printBanner(options, port, providerPath, eventSocket);
+
+    int received = 0;
+    sigwait(&stopSignals, &received);
+    logLine(std::string("stopping on ") + (received == SIGINT ? "SIGINT" : "SIGTERM"));
+    server.stop();
+    serving.join();
+    if (exporter != nullptr) {
+        try {
+            provider->indications()->disableIndications();
+        } catch (...) {
+            logLine("disableIndications failed: " + currentExceptionText());
+        }
+        exporter->stop(std::chrono::milliseconds(1000));
+        for (const ListenerCounts& counts : exporter->counts()) {
+            logLine("indications to " + counts.url + ": " + std::to_string(counts.delivered) +
+                    " delivered, " + std::to_string(counts.failed) + " given up, " +
+                    std::to_string(counts.dropped) + " dropped");
+        }
+    }
+    provider->shutDown();
+    // The simulator's socket would outlive the process, which ends without
+    // the library's clean-up.
+    struct stat socketInfo {};
+    if (lstat(eventSocket.c_str(), &socketInfo) == 0 && S_ISSOCK(socketInfo.st_mode)) {
+        unlink(eventSocket.c_str());
+    }
+    logLine("stopped");
+    std::cout.flush();
+    std::fflush(nullptr);
+    // The provider's and the management library's threads are detached and
+    // never joined; running static destructors under them could crash, so
+    // the process ends here without them.
+    _exit(0);
+}

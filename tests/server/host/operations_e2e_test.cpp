@@ -1,0 +1,165 @@
+// The operations a WBEM client uses, driven with wbemcli against
+// vexa-cimserver serving the lab cluster (examples/clusters/lab.json).
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <thread>
+
+#include "ProcessRunner.h"
+
+using namespace hosttest;
+
+namespace {
+
+class OperationsTest : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() { server = new ServerProcess(); }
+    static void TearDownTestSuite() {
+        EXPECT_EQ(server->stop(), 0) << server->err();
+        delete server;
+        server = nullptr;
+    }
+    // What wbemcli prints in front of an instance path it was given.
+    static std::string printedPrefix(const std::string& className) {
+        return "127.0.0.1:" + std::to_string(server->port()) + "/root/cimv2:" + className + ".";
+    }
+
+    static ServerProcess* server;
+};
+
+ServerProcess* OperationsTest::server = nullptr;
+
+TEST_F(OperationsTest, EnumeratesTheClusterAndItsNodes) {
+    CommandResult clusters = wbemcli({"ei", server->url(":KOR_VEXA_Cluster")});
+    ASSERT_EQ(clusters.exitCode, 0) << clusters.err;
+    std::vector<std::string> clusterLines = lines(clusters.out);
+    ASSERT_EQ(clusterLines.size(), 1u) << clusters.out;
+    EXPECT_EQ(clusterLines[0].rfind(printedPrefix("KOR_VEXA_Cluster"), 0), 0u) << clusterLines[0];
+    EXPECT_NE(clusterLines[0].find("vexaClusterName=\"lab\""), std::string::npos)
+        << clusterLines[0];
+
+    CommandResult names = wbemcli({"ein", server->url(":KOR_VEXA_Node")});
+    ASSERT_EQ(names.exitCode, 0) << names.err;
+    std::vector<std::string> nodeNames = lines(names.out);
+    ASSERT_EQ(nodeNames.size(), 2u) << names.out;
+    for (const std::string& name : nodeNames) {
+        EXPECT_EQ(name.rfind(printedPrefix("KOR_VEXA_Node"), 0), 0u) << name;
+    }
+}
+
+TEST_F(OperationsTest, GetsEachEnumeratedInstanceByItsName) {
+    CommandResult names = wbemcli({"ein", server->url(":KOR_VEXA_Node")});
+    ASSERT_EQ(names.exitCode, 0) << names.err;
+    CommandResult all = wbemcli({"ei", server->url(":KOR_VEXA_Node")});
+    ASSERT_EQ(all.exitCode, 0) << all.err;
+    for (const std::string& name : lines(names.out)) {
+        // wbemcli prints host:port/namespace:Class.keys; it takes the same
+        // after "http://".
+        CommandResult one = wbemcli({"gi", "http://" + name});
+        ASSERT_EQ(one.exitCode, 0) << name << "\n" << one.err;
+        std::vector<std::string> got = lines(one.out);
+        ASSERT_EQ(got.size(), 1u) << one.out;
+        EXPECT_NE(all.out.find(got[0]), std::string::npos)
+            << "gi and ei differ for " << name << "\n"
+            << got[0];
+    }
+}
+
+TEST_F(OperationsTest, GetInstanceOfAnUnknownNodeIsNotFound) {
+    CommandResult missing =
+        wbemcli({"gi", server->url(":KOR_VEXA_Node.CreationClassName=\"KOR_VEXA_Node\","
+                                   "Name=\"lab+nosuchnode\"")});
+    EXPECT_NE(missing.exitCode, 0);
+    EXPECT_NE(missing.err.find("CIM_ERR_NOT_FOUND"), std::string::npos) << missing.err;
+}
+
+TEST_F(OperationsTest, ASuperclassEnumerationIncludesTheServedSubclasses) {
+    CommandResult systems = wbemcli({"ein", server->url(":CIM_ComputerSystem")});
+    ASSERT_EQ(systems.exitCode, 0) << systems.err;
+    EXPECT_NE(systems.out.find(printedPrefix("KOR_VEXA_Cluster")), std::string::npos)
+        << systems.out;
+    EXPECT_NE(systems.out.find(printedPrefix("KOR_VEXA_Node")), std::string::npos) << systems.out;
+}
+
+TEST_F(OperationsTest, APropertyListKeepsOnlyTheNamedProperties) {
+    CommandResult trimmed = wbemcli({"ei", server->url(":KOR_VEXA_Cluster"), "vexaClusterName"});
+    ASSERT_EQ(trimmed.exitCode, 0) << trimmed.err;
+    std::vector<std::string> got = lines(trimmed.out);
+    ASSERT_EQ(got.size(), 1u) << trimmed.out;
+    // Path, a space, then the one property.
+    std::string properties = got[0].substr(got[0].find(' ') + 1);
+    EXPECT_EQ(properties, "vexaClusterName=\"lab\"") << got[0];
+}
+
+TEST_F(OperationsTest, ClassesComeFromTheSchema) {
+    // wbemcli prints a class as its properties; the methods are proven by
+    // the method calls, which wbemcli makes only after reading them here.
+    CommandResult service = wbemcli({"gc", server->url(":KOR_VEXA_ClusterConfigurationService")});
+    ASSERT_EQ(service.exitCode, 0) << service.err;
+    EXPECT_NE(service.out.find("CreationClassName="), std::string::npos) << service.out;
+    CommandResult names = wbemcli({"ecn", server->url()});
+    ASSERT_EQ(names.exitCode, 0) << names.err;
+    EXPECT_NE(names.out.find("KOR_VEXA_Cluster"), std::string::npos) << names.out;
+
+    CommandResult missing = wbemcli({"gc", server->url(":KOR_VEXA_NoSuchClass")});
+    EXPECT_NE(missing.exitCode, 0);
+    EXPECT_NE(missing.err.find("CIM_ERR_NOT_FOUND"), std::string::npos) << missing.err;
+}
+
+TEST_F(OperationsTest, AssociationTraversalAnswersWithFullPaths) {
+    CommandResult names = wbemcli({"ein", server->url(":KOR_VEXA_Cluster")});
+    ASSERT_EQ(names.exitCode, 0) << names.err;
+    std::vector<std::string> clusters = lines(names.out);
+    ASSERT_EQ(clusters.size(), 1u);
+    for (const char* operation : {"ain", "ai"}) {
+        CommandResult far = wbemcli({operation, "http://" + clusters[0]});
+        ASSERT_EQ(far.exitCode, 0) << operation << "\n" << far.err;
+        // Far ends carry the host the client used (wbemcli prints it).
+        for (const std::string& line : lines(far.out)) {
+            EXPECT_EQ(line.rfind("127.0.0.1/root/cimv2", 0), 0u) << operation << ": " << line;
+        }
+    }
+    // References are not served: either nothing or CIM_ERR_NOT_SUPPORTED.
+    CommandResult references = wbemcli({"rin", "http://" + clusters[0]});
+    if (references.exitCode != 0) {
+        EXPECT_NE(references.err.find("CIM_ERR_NOT_SUPPORTED"), std::string::npos)
+            << references.err;
+    } else {
+        EXPECT_EQ(references.out, "");
+    }
+}
+
+TEST_F(OperationsTest, ConcurrentClientsAllGetTheSameAnswer) {
+    CommandResult reference = wbemcli({"ei", server->url(":CIM_ComputerSystem")});
+    ASSERT_EQ(reference.exitCode, 0) << reference.err;
+    std::vector<CommandResult> results(8);
+    std::vector<std::thread> clients;
+    for (CommandResult& result : results) {
+        clients.emplace_back([&result] {
+            result = wbemcli({"ei", server->url(":CIM_ComputerSystem")});
+        });
+    }
+    for (std::thread& client : clients) {
+        client.join();
+    }
+    for (const CommandResult& result : results) {
+        EXPECT_EQ(result.exitCode, 0) << result.err;
+        EXPECT_EQ(result.out, reference.out);
+    }
+}
+
+TEST_F(OperationsTest, MethodCallsRoundTripWithTypedParameters) {
+    std::string service = server->url(":KOR_VEXA_ClusterConfigurationService");
+    CommandResult call = wbemcli({"cm", service, "DeleteFileset.force=true"});
+    EXPECT_EQ(call.exitCode, 0) << call.err;
+
+    CommandResult badValue = wbemcli({"cm", service, "ModifyNode.prefetchThreads=many"});
+    EXPECT_NE(badValue.exitCode, 0);
+    EXPECT_NE(badValue.err.find("CIM_ERR_INVALID_PARAMETER"), std::string::npos) << badValue.err;
+
+    CommandResult unknown = wbemcli({"cm", service, "Explode"});
+    EXPECT_NE(unknown.exitCode, 0);
+    EXPECT_NE(unknown.err.find("CIM_ERR_METHOD_NOT_FOUND"), std::string::npos) << unknown.err;
+}
+
+} // namespace
