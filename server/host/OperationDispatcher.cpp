@@ -243,51 +243,49 @@ CIMObjectPath pathForAnswer(CIMObjectPath path, const std::string& host) {
 
 } // namespace
 
-std::string OperationDispatcher::associators(const Request& request, const Caller& caller,
-                                             bool namesOnly) const {
+OperationDispatcher::AssociationCall
+OperationDispatcher::associationCall(const Request& request, const Caller& caller,
+                                     const CIMName& associationFilter) const {
     if (request.objectNameIsClass) {
         fail(CIM_ERR_NOT_SUPPORTED, "association requests on a class are not supported; name an "
                                     "instance");
     }
     const CIMObjectPath& source = request.instanceName;
     knownClass(schema_, source.getClassName());
-    if (!request.assocClass.isNull()) {
-        knownClass(schema_, request.assocClass);
+    if (!associationFilter.isNull()) {
+        knownClass(schema_, associationFilter);
     }
-    Array<CIMName> assocClasses =
-        served_.associationClassesFor(source.getClassName(), request.assocClass);
-    if (assocClasses.size() > 0 && provider_.associations == nullptr) {
+    AssociationCall call{
+        served_.associationClassesFor(source.getClassName(), associationFilter),
+        contextFor(caller.user),
+        pathForProvider(systemName_, source.getClassName(), source.getKeyBindings())};
+    if (call.classes.size() > 0 && provider_.associations == nullptr) {
         fail(CIM_ERR_NOT_SUPPORTED, "the provider serves no associations");
     }
-    OperationContext context = contextFor(caller.user);
-    CIMObjectPath path =
-        pathForProvider(systemName_, source.getClassName(), source.getKeyBindings());
-    String role(request.role.c_str());
-    String resultRole(request.resultRole.c_str());
-    if (namesOnly) {
-        Array<CIMObjectPath> all;
-        for (Uint32 i = 0; i < assocClasses.size(); ++i) {
-            ObjectPathCollector collector;
-            callProvider([&] {
-                provider_.associations->associatorNames(context, path, assocClasses[i],
-                                                        request.resultClass, role, resultRole,
-                                                        collector);
-            });
-            for (Uint32 k = 0; k < collector.paths.size(); ++k) {
-                all.append(pathForAnswer(collector.paths[k], caller.hostInAnswer));
-            }
+    return call;
+}
+
+std::string OperationDispatcher::collectPaths(
+    const Request& request, const Caller& caller, const AssociationCall& call,
+    const std::function<void(const CIMName&, ObjectPathCollector&)>& ask) const {
+    Array<CIMObjectPath> all;
+    for (Uint32 i = 0; i < call.classes.size(); ++i) {
+        ObjectPathCollector collector;
+        callProvider([&] { ask(call.classes[i], collector); });
+        for (Uint32 k = 0; k < collector.paths.size(); ++k) {
+            all.append(pathForAnswer(collector.paths[k], caller.hostInAnswer));
         }
-        return cimxml::encodeObjectPaths(request, all);
     }
+    return cimxml::encodeObjectPaths(request, all);
+}
+
+std::string OperationDispatcher::collectObjects(
+    const Request& request, const Caller& caller, const AssociationCall& call,
+    const std::function<void(const CIMName&, ObjectCollector&)>& ask) const {
     Array<CIMObject> all;
-    for (Uint32 i = 0; i < assocClasses.size(); ++i) {
+    for (Uint32 i = 0; i < call.classes.size(); ++i) {
         ObjectCollector collector;
-        callProvider([&] {
-            provider_.associations->associators(context, path, assocClasses[i], request.resultClass,
-                                                role, resultRole, request.includeQualifiers,
-                                                request.includeClassOrigin, request.propertyList,
-                                                collector);
-        });
+        callProvider([&] { ask(call.classes[i], collector); });
         for (Uint32 k = 0; k < collector.objects.size(); ++k) {
             CIMObject object = collector.objects[k];
             trimProperties(object, request.propertyList, nullptr);
@@ -298,57 +296,45 @@ std::string OperationDispatcher::associators(const Request& request, const Calle
     return cimxml::encodeObjectsWithPath(request, all);
 }
 
+std::string OperationDispatcher::associators(const Request& request, const Caller& caller,
+                                             bool namesOnly) const {
+    const AssociationCall call = associationCall(request, caller, request.assocClass);
+    const String role(request.role.c_str());
+    const String resultRole(request.resultRole.c_str());
+    CIMAssociationProvider& provider = *provider_.associations;
+    if (namesOnly) {
+        return collectPaths(
+            request, caller, call, [&](const CIMName& assocClass, ObjectPathCollector& collector) {
+                provider.associatorNames(call.context, call.path, assocClass, request.resultClass,
+                                         role, resultRole, collector);
+            });
+    }
+    return collectObjects(
+        request, caller, call, [&](const CIMName& assocClass, ObjectCollector& collector) {
+            provider.associators(call.context, call.path, assocClass, request.resultClass, role,
+                                 resultRole, request.includeQualifiers, request.includeClassOrigin,
+                                 request.propertyList, collector);
+        });
+}
+
 std::string OperationDispatcher::references(const Request& request, const Caller& caller,
                                             bool namesOnly) const {
-    if (request.objectNameIsClass) {
-        fail(CIM_ERR_NOT_SUPPORTED, "association requests on a class are not supported; name an "
-                                    "instance");
-    }
-    const CIMObjectPath& source = request.instanceName;
-    knownClass(schema_, source.getClassName());
-    if (!request.resultClass.isNull()) {
-        knownClass(schema_, request.resultClass);
-    }
     // For References the result class is the association class.
-    Array<CIMName> assocClasses =
-        served_.associationClassesFor(source.getClassName(), request.resultClass);
-    if (assocClasses.size() > 0 && provider_.associations == nullptr) {
-        fail(CIM_ERR_NOT_SUPPORTED, "the provider serves no associations");
-    }
-    OperationContext context = contextFor(caller.user);
-    CIMObjectPath path =
-        pathForProvider(systemName_, source.getClassName(), source.getKeyBindings());
-    String role(request.role.c_str());
+    const AssociationCall call = associationCall(request, caller, request.resultClass);
+    const String role(request.role.c_str());
+    CIMAssociationProvider& provider = *provider_.associations;
     if (namesOnly) {
-        Array<CIMObjectPath> all;
-        for (Uint32 i = 0; i < assocClasses.size(); ++i) {
-            ObjectPathCollector collector;
-            callProvider([&] {
-                provider_.associations->referenceNames(context, path, assocClasses[i], role,
-                                                       collector);
+        return collectPaths(
+            request, caller, call, [&](const CIMName& assocClass, ObjectPathCollector& collector) {
+                provider.referenceNames(call.context, call.path, assocClass, role, collector);
             });
-            for (Uint32 k = 0; k < collector.paths.size(); ++k) {
-                all.append(pathForAnswer(collector.paths[k], caller.hostInAnswer));
-            }
-        }
-        return cimxml::encodeObjectPaths(request, all);
     }
-    Array<CIMObject> all;
-    for (Uint32 i = 0; i < assocClasses.size(); ++i) {
-        ObjectCollector collector;
-        callProvider([&] {
-            provider_.associations->references(
-                context, path, assocClasses[i], role, request.includeQualifiers,
-                request.includeClassOrigin, request.propertyList, collector);
+    return collectObjects(
+        request, caller, call, [&](const CIMName& assocClass, ObjectCollector& collector) {
+            provider.references(call.context, call.path, assocClass, role,
+                                request.includeQualifiers, request.includeClassOrigin,
+                                request.propertyList, collector);
         });
-        for (Uint32 k = 0; k < collector.objects.size(); ++k) {
-            CIMObject object = collector.objects[k];
-            trimProperties(object, request.propertyList, nullptr);
-            object.setPath(pathForAnswer(object.getPath(), caller.hostInAnswer));
-            all.append(object);
-        }
-    }
-    return cimxml::encodeObjectsWithPath(request, all);
 }
 
 std::string OperationDispatcher::getClass(const Request& request) const {

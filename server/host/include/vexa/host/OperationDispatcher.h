@@ -19,6 +19,7 @@
 #ifndef VEXA_HOST_OPERATIONDISPATCHER_H
 #define VEXA_HOST_OPERATIONDISPATCHER_H
 
+#include <Pegasus/Common/OperationContext.h>
 #include <Pegasus/Provider/CIMAssociationProvider.h>
 #include <Pegasus/Provider/CIMInstanceProvider.h>
 #include <Pegasus/Provider/CIMMethodProvider.h>
@@ -26,8 +27,10 @@
 #include <vexa/cimxml/Codec.h>
 #include <vexa/schema/SchemaRepository.h>
 
+#include <functional>
 #include <string>
 
+#include "vexa/host/ResponseCollectors.h"
 #include "vexa/host/ServedClasses.h"
 
 namespace vexa::host {
@@ -67,6 +70,23 @@ private:
                             bool namesOnly) const;
     std::string references(const cimxml::Request& request, const Caller& caller,
                            bool namesOnly) const;
+
+    // An association or reference request as the provider is asked it: the
+    // served association classes it covers, and the source object's path.
+    struct AssociationCall {
+        Pegasus::Array<Pegasus::CIMName> classes;
+        Pegasus::OperationContext context;
+        Pegasus::CIMObjectPath path;
+    };
+    AssociationCall associationCall(const cimxml::Request& request, const Caller& caller,
+                                    const Pegasus::CIMName& associationFilter) const;
+    std::string collectPaths(
+        const cimxml::Request& request, const Caller& caller, const AssociationCall& call,
+        const std::function<void(const Pegasus::CIMName&, ObjectPathCollector&)>& ask) const;
+    std::string
+    collectObjects(const cimxml::Request& request, const Caller& caller,
+                   const AssociationCall& call,
+                   const std::function<void(const Pegasus::CIMName&, ObjectCollector&)>& ask) const;
     std::string getClass(const cimxml::Request& request) const;
     std::string enumerateClasses(const cimxml::Request& request, bool namesOnly) const;
     std::string invokeMethod(const cimxml::Request& request, const Caller& caller) const;
