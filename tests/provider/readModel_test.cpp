@@ -109,23 +109,6 @@ TEST_F(DemoReadModelTest, AssociationEndsPointAtServedInstances) {
     }
 }
 
-TEST_F(DemoReadModelTest, DiskServersAreNumberedAcrossBothServerLists) {
-    // nsd6 is served by node1 and, as backup, node3.
-    std::map<std::string, std::string> orderOf;
-    Array<CIMInstance> serving = enumerate("KOR_VEXA_NodeServingNSD");
-    for (Uint32 i = 0; i < serving.size(); i++) {
-        CIMObjectPath disk, node;
-        serving[i].getProperty(0).getValue().get(disk);
-        serving[i].getProperty(1).getValue().get(node);
-        if (disk.toString().find("nsd6") != PEG_NOT_FOUND)
-            orderOf[(const char*)node.toString().getCString()] =
-                text(serving[i], "vexaNsdServerOrder");
-    }
-    ASSERT_EQ(orderOf.size(), 2u);
-    for (const auto& [node, order] : orderOf)
-        EXPECT_EQ(order, node.find("node1") != std::string::npos ? "0" : "1") << node;
-}
-
 TEST_F(DemoReadModelTest, DiscoveryAnswersProfilesObjectManagerAndFilters) {
     Array<CIMInstance> profiles = enumerate("CIM_RegisteredProfile");
     ASSERT_EQ(profiles.size(), 3u);

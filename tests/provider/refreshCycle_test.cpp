@@ -150,6 +150,7 @@ TEST_F(RefreshCycleTest, DiskAccessNamesTheDeviceOrTheServingNode) {
     EXPECT_EQ(text(access[1], "vexaNsdLocalAccess"), "FALSE");
     EXPECT_EQ(text(access[1], "vexaNsdLocalDeviceName"), "");
     EXPECT_EQ(text(access[1], "vexaNsdServerName"), "small+n1");
+    EXPECT_EQ(access[0].getProperty(2).getType(), CIMTYPE_BOOLEAN);
     // The node end is the node at the record's position.
     CIMObjectPath node;
     access[1].getProperty(0).getValue().get(node);
@@ -177,6 +178,7 @@ TEST_F(RefreshCycleTest, ServerOrderSkipsUnknownServersAcrossBothLists) {
     info.backupServerList.clear();
 
     ASSERT_EQ(serving.size(), 2u);
+    EXPECT_EQ(serving[0].getProperty(2).getType(), CIMTYPE_UINT32);
     EXPECT_EQ(text(serving[0], "vexaNsdServerOrder"), "0");
     EXPECT_EQ(text(serving[1], "vexaNsdServerOrder"), "1");
     CIMObjectPath node;
