@@ -1,6 +1,7 @@
 // Fileset instances and the per-file-system walk that publishes them with
 // their file-system associations.
 #include "cimProvider.h"
+#include "lockGuards.h"
 
 #include <Pegasus/Common/CIMDateTime.h>
 #include <Pegasus/Common/Exception.h>
@@ -102,9 +103,11 @@ CIMInstance VexaProvider::createFileSetInstance(FileSet* fileset, ClusterInfo* c
 int VexaProvider::buildFileSetInstances(FilesystemInfo* fs, int fsIndex) {
     ts_log(0, "VexaProvider::buildFileSetInstances", "ENTER\n");
     FileSetRecords records;
-    pollingHandler->getPollingLock();
-    int rc = pollingHandler->getFileSets(fs->name, &records.list);
-    pollingHandler->releasePollingLock();
+    int rc;
+    {
+        PollingLock polling(pollingHandler);
+        rc = pollingHandler->getFileSets(fs->name, &records.list);
+    }
     ts_log(0, "VexaProvider::buildFileSetInstances", "enter for fs %s\n", fs->name);
 
     int filesetCount = static_cast<int>(records.list.size());

@@ -1,6 +1,7 @@
 // Lifecycle of the provider object: construction, start-up against the
 // management library, shutdown, and the operations the provider declines.
 #include "cimProvider.h"
+#include "lockGuards.h"
 
 #include <Pegasus/Common/CIMStatusCode.h>
 #include <Pegasus/Common/Exception.h>
@@ -72,9 +73,10 @@ void VexaProvider::initialize(CIMOMHandle&) {
     lastUserGroupRefresh.tv_sec = 0;
     lastUserGroupRefresh.tv_usec = 0;
 
-    getWriteLock();
-    buildAllVexaInstanceList(1);
-    releaseLock();
+    {
+        CacheWriteLock lock(*this);
+        buildAllVexaInstanceList(1);
+    }
 
     // Published last: the threads and callbacks only ever see a provider
     // whose cache holds a complete first pass.

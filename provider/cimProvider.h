@@ -128,6 +128,14 @@ public:
                               const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
                               Pegasus::MethodResultResponseHandler& handler);
 
+    // Method bodies the dispatch of invokeMethod hands whole calls to:
+    // methods/modifyNode.cpp and methods/modifyRaidElement.cpp. Each returns
+    // the method's return code.
+    Pegasus::Uint32 modifyNode(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                               Pegasus::MethodResultResponseHandler& handler);
+    Pegasus::Uint32 modifyRaidElement(const Pegasus::CIMName& methodName,
+                                      const Pegasus::Array<Pegasus::CIMParamValue>& inParameters);
+
     // Connection to the management library.
     int initVexaHandler();
     int cleanupVexaHandler();

@@ -2,6 +2,7 @@
 // cache. A class the cache does not serve for an operation is logged and
 // answered with an empty result, never with an error.
 #include "cimProvider.h"
+#include "lockGuards.h"
 
 #include <Pegasus/Common/CIMName.h>
 
@@ -95,9 +96,10 @@ void VexaProvider::enumerateInstances(const OperationContext&, const CIMObjectPa
     ts_log(0, fn, "checking for %s\n", (const char*)className.getString().getCString());
     handler.processing();
 
-    getWriteLock();
-    buildAllVexaInstanceList(0);
-    releaseLock();
+    {
+        CacheWriteLock lock(*this);
+        buildAllVexaInstanceList(0);
+    }
 
     const ClassRoute* route = findRoute(className);
     if (route == 0 || !route->byEnumerate) {
@@ -106,28 +108,30 @@ void VexaProvider::enumerateInstances(const OperationContext&, const CIMObjectPa
         return;
     }
     switch (route->rebuild) {
-    case Rebuild::FullPass:
-        getWriteLock();
+    case Rebuild::FullPass: {
+        CacheWriteLock lock(*this);
         ts_log(0, fn, "cluster\n");
         buildAllVexaInstanceList(0);
-        releaseLock();
         break;
-    case Rebuild::Performance:
-        getWriteLock();
+    }
+    case Rebuild::Performance: {
+        CacheWriteLock lock(*this);
         buildFileSystemPerfInstanceList();
-        releaseLock();
         break;
+    }
     case Rebuild::Users:
-    case Rebuild::Groups:
-        getWriteLock();
-        if (route->rebuild == Rebuild::Users)
-            buildUserInstanceList();
-        else
-            buildGroupInstanceList();
-        enumerateVexaInstancesSync(this->*route->instances, handler);
-        releaseLock();
+    case Rebuild::Groups: {
+        {
+            CacheWriteLock lock(*this);
+            if (route->rebuild == Rebuild::Users)
+                buildUserInstanceList();
+            else
+                buildGroupInstanceList();
+            enumerateVexaInstancesSync(this->*route->instances, handler);
+        }
         handler.complete();
         return;
+    }
     case Rebuild::None:
         break;
     }
@@ -149,13 +153,12 @@ void VexaProvider::enumerateInstanceNames(const OperationContext&,
     if (route == 0 || !route->byNames) {
         logUnsupportedClass(fn, className);
     } else if (route->rebuild == Rebuild::Users || route->rebuild == Rebuild::Groups) {
-        getWriteLock();
+        CacheWriteLock lock(*this);
         if (route->rebuild == Rebuild::Users)
             buildUserInstanceList();
         else
             buildGroupInstanceList();
         enumerateVexaInstanceNamesSync(this->*route->instances, handler);
-        releaseLock();
     } else {
         enumerateVexaInstanceNames(this->*route->instances, handler);
     }
@@ -180,10 +183,11 @@ void VexaProvider::getInstance(const OperationContext&, const CIMObjectPath& ins
     const CIMName className = instanceReference.getClassName();
     ts_log(0, fn, "class name = %s\n", (const char*)className.getString().getCString());
 
-    getWriteLock();
-    buildAllVexaInstanceList(0);
-    buildFileSystemPerfInstanceList();
-    releaseLock();
+    {
+        CacheWriteLock lock(*this);
+        buildAllVexaInstanceList(0);
+        buildFileSystemPerfInstanceList();
+    }
 
     const ClassRoute* route = findRoute(className);
     if (route == 0 || !route->byGet)
@@ -196,16 +200,14 @@ void VexaProvider::getInstance(const OperationContext&, const CIMObjectPath& ins
 
 void VexaProvider::enumerateVexaInstances(const Array<CIMInstance>& array,
                                           InstanceResponseHandler& handler) {
-    getReadLock();
+    CacheReadLock lock(*this);
     enumerateVexaInstancesSync(array, handler);
-    releaseLock();
 }
 
 void VexaProvider::enumerateVexaInstanceNames(const Array<CIMInstance>& array,
                                               ObjectPathResponseHandler& handler) {
-    getReadLock();
+    CacheReadLock lock(*this);
     enumerateVexaInstanceNamesSync(array, handler);
-    releaseLock();
 }
 
 void VexaProvider::enumerateVexaInstancesSync(const Array<CIMInstance>& array,
@@ -222,14 +224,14 @@ void VexaProvider::enumerateVexaInstanceNamesSync(const Array<CIMInstance>& arra
 
 void VexaProvider::getVexaInstance(const Array<CIMInstance>& array, CIMObjectPath path,
                                    InstanceResponseHandler& handler) {
-    getReadLock();
-    for (Uint32 i = 0; i < array.size(); i++) {
-        if (array[i].getPath() == path) {
-            handler.deliver(array[i]);
-            releaseLock();
-            return;
+    {
+        CacheReadLock lock(*this);
+        for (Uint32 i = 0; i < array.size(); i++) {
+            if (array[i].getPath() == path) {
+                handler.deliver(array[i]);
+                return;
+            }
         }
     }
-    releaseLock();
     ts_log(2, "VexaProvider::getVexaInstance", "Not found.\n");
 }

@@ -1,6 +1,7 @@
 // The refresh cycle: cache passes and the thread that has the management
 // library reload the cluster's configuration between them.
 #include "cimProvider.h"
+#include "lockGuards.h"
 
 #include <qzantras/ts_log.h>
 
@@ -78,9 +79,10 @@ int VexaProvider::buildAllVexaInstanceList(int force) {
 int VexaProvider::buildClusterInstanceList() {
     static const char* const fn = "VexaProvider::buildClusterInstanceList";
     ts_log(0, fn, "refreshClusterRecipe\n");
-    pollingHandler->getPollingLock();
-    pollingHandler->refreshClusterRecipe(1);
-    pollingHandler->releasePollingLock();
+    {
+        PollingLock polling(pollingHandler);
+        pollingHandler->refreshClusterRecipe(1);
+    }
     ts_log(0, fn, "updateClusterInfo\n");
     pollingHandler->updateClusterInfo(clusterInfo, 0);
     ts_log(0, fn, "getClusterInfo\n");
@@ -195,17 +197,18 @@ int buildAccountList(VexaProvider& provider, const AccountListKind& kind) {
         return 1;
     }
     ts_log(0, kind.function, "%s", kind.buildingMessage);
-    provider.pollingHandler->getPollingLock();
-    if ((provider.*kind.instances).size() != 0) {
-        (provider.*kind.instances).clear();
-        (provider.*kind.associations).clear();
+    {
+        PollingLock polling(provider.pollingHandler);
+        if ((provider.*kind.instances).size() != 0) {
+            (provider.*kind.instances).clear();
+            (provider.*kind.associations).clear();
+        }
+        for (size_t i = 0; i < cluster->fsList.size(); i++) {
+            FilesystemInfo* fs = cluster->fsList.at(i);
+            if (fs->mountPoint[0] != '\0')
+                (provider.*kind.buildForFileSystem)(fs, static_cast<int>(i));
+        }
     }
-    for (size_t i = 0; i < cluster->fsList.size(); i++) {
-        FilesystemInfo* fs = cluster->fsList.at(i);
-        if (fs->mountPoint[0] != '\0')
-            (provider.*kind.buildForFileSystem)(fs, static_cast<int>(i));
-    }
-    provider.pollingHandler->releasePollingLock();
     ts_log(0, kind.function, "EXIT\n");
     return 0;
 }
@@ -287,11 +290,11 @@ void* VexaProvider::refreshThread(void*) {
         ts_log(0, "VexaProvider::refreshThread", "refresh global node list\n");
 
         // Provider lock first, polling lock second, as everywhere else.
-        provider->getWriteLock();
-        provider->pollingHandler->getPollingLock();
-        provider->pollingHandler->refreshClusterRecipe(1);
-        provider->pollingHandler->releasePollingLock();
-        provider->releaseLock();
+        {
+            CacheWriteLock lock(*provider);
+            PollingLock polling(provider->pollingHandler);
+            provider->pollingHandler->refreshClusterRecipe(1);
+        }
         ts_log(0, "VexaProvider::refreshThread", "Exit refresh thread.\n");
     }
     pthread_exit(0);
