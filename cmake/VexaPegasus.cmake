@@ -13,6 +13,17 @@ else()
   set(VEXA_PEGASUS_PLATFORM PEGASUS_PLATFORM_LINUX_X86_64_GNU)
 endif()
 
+# VEXA_WITH_OPENPEGASUS without a root means the build that
+# scripts/build-openpegasus.sh keeps in its cache folder.
+if(VEXA_WITH_OPENPEGASUS AND NOT VEXA_PEGASUS_ROOT)
+  execute_process(COMMAND bash ${CMAKE_SOURCE_DIR}/scripts/build-openpegasus.sh --print
+                  OUTPUT_VARIABLE VEXA_PEGASUS_ROOT OUTPUT_STRIP_TRAILING_WHITESPACE)
+  if(NOT EXISTS ${VEXA_PEGASUS_ROOT}/.complete)
+    message(FATAL_ERROR "No OpenPegasus build in ${VEXA_PEGASUS_ROOT}: "
+                        "run scripts/build-openpegasus.sh first")
+  endif()
+endif()
+
 if(VEXA_PEGASUS_ROOT)
   find_path(VEXA_PEGASUS_INCLUDE_DIR Pegasus/Common/Config.h
             PATHS ${VEXA_PEGASUS_ROOT}/include ${VEXA_PEGASUS_ROOT}/src

@@ -106,7 +106,6 @@ private:
 
 PEGASUS_NAMESPACE_END
 
-#include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMObject.h>
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMProperty.h>

@@ -112,8 +112,6 @@ private:
 
 PEGASUS_NAMESPACE_END
 
-#include <Pegasus/Common/CIMClass.h>
-#include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/CIMQualifier.h>

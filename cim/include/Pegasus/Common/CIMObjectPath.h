@@ -88,6 +88,5 @@ PEGASUS_COMMON_LINKAGE Boolean operator!=(const CIMObjectPath& x, const CIMObjec
 
 PEGASUS_NAMESPACE_END
 
-#include <Pegasus/Common/CIMValue.h>
 
 #endif
