@@ -44,13 +44,16 @@ int VexaProvider::initEvents(PollingHandler* handler) {
 }
 
 int VexaProvider::initEventHandler() {
+    // The previous event thread left the stream before asking for a new one;
+    // joining it here releases it.
+    joinEventThread();
     initEvents(0);
     if (pthread_create(&eventThreadId, 0, eventThread, 0) != 0) {
         ts_log(2, "VexaProvider::initEventHandler",
                "Couldn't start event handler thread, exiting...\n");
         return 1;
     }
-    pthread_detach(eventThreadId);
+    eventThreadJoinable = true;
     return 0;
 }
 

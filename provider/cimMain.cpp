@@ -18,4 +18,7 @@ extern "C" PEGASUS_EXPORT CIMProvider* PegasusCreateProvider(const String& provi
     return 0;
 }
 
-extern "C" PEGASUS_EXPORT void stopServer(int) { storeFlag(KeepRunning, 0); }
+extern "C" PEGASUS_EXPORT void stopServer(int) {
+    storeFlag(KeepRunning, 0);
+    VexaProvider::wakeRefreshThread();
+}

@@ -6,6 +6,7 @@
 #include <Pegasus/Common/CIMStatusCode.h>
 #include <Pegasus/Common/Exception.h>
 
+#include <qzantras/EventsHandler.h>
 #include <qzantras/MgmtTypes.h>
 #include <qzantras/ts_log.h>
 
@@ -26,15 +27,16 @@ IndicationResponseHandler* IndicationHandler = 0;
 // relies on: a provider that is created and never initialised must still be
 // harmless to destroy or to probe.
 VexaProvider::VexaProvider()
-    : refreshForced(false), pollingHandler(0), clusterInfo(0), eventThreadId(), refreshThreadId() {
+    : refreshForced(false), pollingHandler(0), clusterInfo(0), eventThreadId(), refreshThreadId(),
+      eventThreadJoinable(false), refreshThreadJoinable(false) {
     memset(&lastUserGroupRefresh, 0, sizeof(lastUserGroupRefresh));
     memset(&lastRefresh, 0, sizeof(lastRefresh));
     memset(&instanceLock, 0, sizeof(instanceLock));
 }
 
-// Releases the cache arrays only. The threads and the management library
-// outlive the object; see terminate().
-VexaProvider::~VexaProvider() {}
+// Releases the cache arrays, and stops the threads when terminate() did not:
+// a thread left running would use a deleted object.
+VexaProvider::~VexaProvider() { stopThreads(); }
 
 void VexaProvider::initialize(CIMOMHandle&) {
     fprintf(stderr, "VexaProvider::initialize, enter\n");
@@ -55,9 +57,9 @@ void VexaProvider::initialize(CIMOMHandle&) {
         ts_log(2, "VexaProvider::initialize", "Couldn't start event handler thread, exiting...\n");
         return;
     }
-    // Nobody joins the provider's threads; detached, each releases its own
-    // resources when it ends, however often intake is restarted.
-    pthread_detach(eventThreadId);
+    // Both threads stay joinable: terminate() waits for them (see
+    // stopThreads()).
+    eventThreadJoinable = true;
 
     storeFlag(KeepRunning, 1);
     if (pthread_create(&refreshThreadId, 0, refreshThread, 0) != 0) {
@@ -65,7 +67,7 @@ void VexaProvider::initialize(CIMOMHandle&) {
                "Couldn't start node list refresh thread, exiting...\n");
         return;
     }
-    pthread_detach(refreshThreadId);
+    refreshThreadJoinable = true;
 
     // Both clocks at zero make the first pass rebuild everything.
     lastRefresh.tv_sec = 0;
@@ -84,17 +86,23 @@ void VexaProvider::initialize(CIMOMHandle&) {
     ts_log(0, "VexaProvider::initialize", "exit\n");
 }
 
-// The server does not delete providers; the object deletes itself. The
-// threads keep running until KeepRunning drops or the event loop ends, so the
-// global pointer they use is withdrawn first and the refresh thread is asked
-// to finish at its next wake-up.
+// The server does not delete providers; the object deletes itself.
+//
+// Beyond releasing the object, terminate stops the refresh and event threads,
+// waits for them and releases the management library. The server disables,
+// unloads and reloads provider modules and unmaps the library afterwards: a
+// thread of ours still sleeping then wakes up in unmapped code and takes the
+// whole provider agent down, and a library connection left open leaks one
+// per reload. Every other effect of terminate is unchanged.
 void VexaProvider::terminate() {
     ts_log(0, "VexaProvider::terminate", "enter\n");
+    // The global pointer is withdrawn first, so that no thread or callback
+    // picks the object up again while it goes.
     VexaProvider* self = this;
-    if (__atomic_compare_exchange_n(&theVexaProvider, &self, static_cast<VexaProvider*>(0), false,
-                                    __ATOMIC_ACQ_REL, __ATOMIC_ACQUIRE)) {
-        storeFlag(KeepRunning, 0);
-    }
+    __atomic_compare_exchange_n(&theVexaProvider, &self, static_cast<VexaProvider*>(0), false,
+                                __ATOMIC_ACQ_REL, __ATOMIC_ACQUIRE);
+    stopThreads();
+    cleanupVexaHandler();
     delete this;
 }
 
@@ -117,8 +125,14 @@ int VexaProvider::initVexaHandler() {
     return err;
 }
 
+// Safe to call twice, and on a provider that never connected.
 int VexaProvider::cleanupVexaHandler() {
+    if (pollingHandler == 0 && clusterInfo == 0) {
+        return 0;
+    }
     pthread_rwlock_destroy(&instanceLock);
+    pollingHandler = 0;
+    EventsHandler::term();
     PollingHandler::term();
     if (clusterInfo != 0) {
         delete clusterInfo;

@@ -285,6 +285,13 @@ public:
     int initEventHandler();
     static void* eventThread(void* arg);
 
+    // Stopping the provider's threads (provider/providerThreads.cpp): the
+    // host unmaps the library after terminate, so nothing of ours may still
+    // run then. Each wait is bounded.
+    void stopThreads();
+    static void wakeRefreshThread();
+    void joinEventThread();
+
     // Time of the last rebuild of user and group instances.
     struct timeval lastUserGroupRefresh;
     // Forces the next cache pass even when the timers say no.
@@ -301,6 +308,9 @@ public:
     Pegasus::String handlerText;
     pthread_t eventThreadId;
     pthread_t refreshThreadId;
+    // Whether the thread of the id above was started and not yet joined.
+    bool eventThreadJoinable;
+    bool refreshThreadJoinable;
 
     // The instance cache: one array per served class or association list.
     Pegasus::Array<Pegasus::CIMInstance> registeredProfiles;

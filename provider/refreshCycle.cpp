@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "processFlags.h"
+#include "refreshSleep.h"
 
 PEGASUS_USING_PEGASUS;
 
@@ -270,7 +271,11 @@ int VexaProvider::buildFileSystemPerfInstanceList() {
 void* VexaProvider::refreshThread(void*) {
     while (loadFlag(KeepRunning) != 0) {
         ts_log(0, "VexaProvider::refreshThread", "Going to sleep!\n");
-        sleep(REFRESH_THREAD_SLEEP_SECONDS);
+        sleepUntilNextRefresh(REFRESH_THREAD_SLEEP_SECONDS);
+        // Woken early to stop: the provider is going away.
+        if (loadFlag(KeepRunning) == 0) {
+            break;
+        }
         ts_log(0, "VexaProvider::refreshThread", "Enter refresh state.\n");
 
         // The provider may have been terminated while the thread slept.

@@ -5,8 +5,12 @@
 #include <Pegasus/Provider/CIMOMHandle.h>
 
 #include <qzantras/EventsHandler.h>
+#include <qzantras/PollingHandler.h>
 #include <qzsim/SimControl.h>
 
+#include <dirent.h>
+
+#include <chrono>
 #include <cstdio>
 #include <fstream>
 
@@ -18,6 +22,17 @@
 PEGASUS_USING_PEGASUS;
 
 namespace {
+
+size_t threadCount() {
+    size_t count = 0;
+    if (DIR* tasks = opendir("/proc/self/task")) {
+        while (dirent* entry = readdir(tasks)) {
+            count += entry->d_name[0] != '.' ? 1 : 0;
+        }
+        closedir(tasks);
+    }
+    return count;
+}
 
 class ProviderLifecycleTest : public ProviderTest {
 protected:
@@ -198,6 +213,31 @@ TEST_F(ProviderLifecycleTest, EventThreadAsksForRestartWhenTheStreamEnds) {
     stopEventThread();
     EXPECT_TRUE(loadFlag(NeedEventHandler));
     EXPECT_NE(findLine(logLines(), "L0 VexaProvider::eventThread: exit"), -1);
+}
+
+// A host disables, enables and unloads the module many times in one process
+// and unmaps the library after terminate: each cycle must end every thread it
+// started and release the library connection, quickly, without waiting out
+// the refresh thread's sleep.
+TEST(ProviderUnloadTest, RepeatedStartAndTerminateLeaveNothingRunning) {
+    setenv("QZSIM_LOG_FILE", "/dev/null", 1);
+    qzsim::reset();
+    const size_t threadsBefore = threadCount();
+    CIMOMHandle cimom;
+    for (int cycle = 0; cycle < 3; cycle++) {
+        VexaProvider* provider = new VexaProvider();
+        provider->initialize(cimom);
+        ASSERT_EQ(loadFlag(theVexaProvider), provider);
+        ASSERT_GT(threadCount(), threadsBefore);
+        auto started = std::chrono::steady_clock::now();
+        provider->terminate();
+        EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(10));
+        EXPECT_EQ(loadFlag(theVexaProvider), nullptr);
+        EXPECT_EQ(thePollingHandler, nullptr);
+        EXPECT_EQ(theEventsHandler, nullptr);
+        EXPECT_EQ(threadCount(), threadsBefore) << "cycle " << cycle;
+    }
+    qzsim::reset();
 }
 
 } // namespace

@@ -1,0 +1,239 @@
+#!/usr/bin/env bash
+# The provider inside the real OpenPegasus cimserver, driven with cimcli and
+# wbemcli, and compared with vexa-cimserver serving the same cluster model.
+#
+#   real_cimserver_e2e.sh PEGASUS_ROOT BUILD_DIR SOURCE_DIR
+#
+# PEGASUS_ROOT is an OpenPegasus built by scripts/build-openpegasus.sh,
+# BUILD_DIR a build of this project against it. The server gets a home of its
+# own under BUILD_DIR (repository, configuration, provider directory); only
+# the start lock and local socket that OpenPegasus compiles in
+# (/var/tmp/cimserver_start.*, /var/tmp/cimxml.socket) are shared, so one such
+# server runs at a time. Both servers are stopped on every way out.
+set -uo pipefail
+
+pegasus=$(cd "$1" && pwd)
+build=$(cd "$2" && pwd)
+source=$(cd "$3" && pwd)
+work=$build/tests/openpegasus/run
+home=$work/home
+model=$source/examples/clusters/demo.json
+export PATH=$pegasus/bin:$PATH
+
+failures=0
+checks=0
+pass() {
+  checks=$((checks + 1))
+  echo "ok   $1"
+}
+fail() {
+  checks=$((checks + 1))
+  failures=$((failures + 1))
+  echo "FAIL $1"
+  [[ -n ${2:-} ]] && sed 's/^/     /' <<<"$2" | head -n 40
+}
+
+free_port() {
+  local port
+  for _ in $(seq 50); do
+    port=$((20000 + RANDOM % 20000))
+    if ! (: </dev/tcp/127.0.0.1/$port) 2>/dev/null; then
+      echo "$port"
+      return
+    fi
+  done
+  echo "no free port found" >&2
+  exit 1
+}
+
+agents() { pgrep -f "cimprovagt .*VexaProviderModule" | sort -n | tr '\n' ' '; }
+
+segfault_lines() {
+  # The kernel log is not readable everywhere; then this check is skipped.
+  dmesg 2>/dev/null | grep -c "cimprovagt.*segfault" || true
+}
+
+vexa_pid=""
+listener_pid=""
+pegasus_started=""
+stop_all() {
+  [[ -n $listener_pid ]] && kill "$listener_pid" 2>/dev/null
+  [[ -n $vexa_pid ]] && kill "$vexa_pid" 2>/dev/null && wait "$vexa_pid" 2>/dev/null
+  if [[ -n $pegasus_started ]]; then
+    PEGASUS_HOME=$home cimserver -s >/dev/null 2>&1
+    pegasus_started=""
+  fi
+  for pid in $(agents); do kill -9 "$pid" 2>/dev/null; done
+}
+trap stop_all EXIT
+
+if PEGASUS_HOME=$home cimserver --status >/dev/null 2>&1 ||
+  pgrep -x cimserver >/dev/null; then
+  echo "another cimserver is running on this machine (pid $(pgrep -x cimserver | tr '\n' ' '));" \
+    "stop it with 'cimserver -s' first" >&2
+  exit 1
+fi
+
+# --- a private OpenPegasus home ------------------------------------------------
+rm -rf "$work"
+mkdir -p "$home/lib"
+cp -a "$pegasus/home/repository" "$home/repository"
+ln -s "$pegasus/bin" "$home/bin"
+for lib in "$pegasus"/lib/*; do ln -s "$lib" "$home/lib/"; done
+# The provider finds libqzantras through its own run path.
+ln -s "$build/lib/libVexaProvider.so" "$home/lib/"
+
+pegasus_port=$(free_port)
+export PEGASUS_HOME=$home
+export QZSIM_CLUSTER_MODEL=$model
+export QZSIM_LOG_FILE=$work/provider.log
+export QZSIM_EVENT_SOCKET=$work/events.sock
+segfaults_before=$(segfault_lines)
+
+if ! cimserver enableHttpConnection=true httpPort="$pegasus_port" enableHttpsConnection=false \
+  enableAuthentication=false shutdownTimeout=15 >"$work/cimserver.out" 2>&1; then
+  echo "cimserver did not start:" >&2
+  cat "$work/cimserver.out" >&2
+  exit 1
+fi
+pegasus_started=yes
+pegasus_url=http://127.0.0.1:$pegasus_port/root/cimv2
+
+out=$(cimmof -n root/cimv2 -I "$source/mof" "$source/mof/VexaProvider.mof" 2>&1) &&
+  pass "cimmof loads the schema into root/cimv2" || fail "cimmof of the schema" "$out"
+out=$(cimmof -n root/PG_InterOp -I "$source/mof" "$source/mof/VexaProviderRegistration.mof" 2>&1) &&
+  pass "cimmof loads the registration into root/PG_InterOp" || fail "cimmof of the registration" "$out"
+out=$(cimprovider -l -s 2>&1 | grep VexaProviderModule)
+[[ $out == *OK* ]] && pass "the module is registered and enabled" || fail "module status" "$out"
+
+# --- vexa-cimserver on the same model ------------------------------------------
+"$build/bin/vexa-cimserver" --listen 127.0.0.1:0 --port-file "$work/vexa.port" \
+  --cluster-model "$model" --log-file "$work/vexa-provider.log" \
+  --event-socket "$work/vexa-events.sock" >"$work/vexa.out" 2>"$work/vexa.err" &
+vexa_pid=$!
+for _ in $(seq 300); do
+  grep -q "Stop with Ctrl-C." "$work/vexa.out" 2>/dev/null && break
+  sleep 0.1
+done
+vexa_url=http://127.0.0.1:$(cat "$work/vexa.port")/root/cimv2
+
+# Instances as text that does not depend on the server: the host:port prefix
+# goes, lines are sorted, and values that change by themselves (sampling
+# times and counters of the performance classes) are blanked.
+normalise() {
+  sed -E -e 's#^[^ ]*/root/cimv2:##' -e 's#^root/cimv2:##' \
+    -e 's/(StatisticTime|SampleTime|vexa[A-Za-z]*(Bytes|Ops|Reads|Writes|Time|Rate)[A-Za-z]*)=[^,]*/\1=*/g' |
+    sort
+}
+
+served_classes=$(awk '/ClassName = /{c=$3; gsub(/[";]/,"",c)} /ProviderType = \{ 2/{print c}' \
+  "$source/mof/VexaProviderRegistration.mof")
+
+# --- every served class, both servers, both clients -----------------------------
+for class in $served_classes; do
+  ours=$(wbemcli ei "$vexa_url:$class" 2>&1 | normalise)
+  theirs=$(wbemcli ei "$pegasus_url:$class" 2>&1 | normalise)
+  if [[ $ours == "$theirs" ]]; then
+    pass "wbemcli ei $class: $(grep -c . <<<"$ours") instances as in vexa-cimserver"
+  else
+    fail "wbemcli ei $class differs from vexa-cimserver" "$(diff <(echo "$ours") <(echo "$theirs"))"
+  fi
+  ours=$(cimcli ni -n root/cimv2 "$class" -l "127.0.0.1:$(cat "$work/vexa.port")" 2>&1 | sort)
+  theirs=$(cimcli ni -n root/cimv2 "$class" -l "127.0.0.1:$pegasus_port" 2>&1 | sort)
+  [[ $ours == "$theirs" ]] && pass "cimcli ni $class as in vexa-cimserver" ||
+    fail "cimcli ni $class differs" "$(diff <(echo "$ours") <(echo "$theirs"))"
+done
+
+# --- getInstance round trips ---------------------------------------------------
+for class in KOR_VEXA_Cluster KOR_VEXA_Node KOR_VEXA_FileSystem KOR_VEXA_NSD KOR_VEXA_Fileset; do
+  all=$(wbemcli ei "$pegasus_url:$class" 2>&1)
+  bad=""
+  while read -r name; do
+    [[ -z $name ]] && continue
+    got=$(wbemcli gi "http://$name" 2>&1)
+    grep -qxF -- "$got" <<<"$all" || bad+="$name -> $got"$'\n'
+  done < <(wbemcli ein "$pegasus_url:$class" 2>&1)
+  [[ -z $bad ]] && pass "wbemcli gi of every $class equals its ei" || fail "gi of $class" "$bad"
+done
+out=$(cimcli gi -n root/cimv2 \
+  'KOR_VEXA_Node.CreationClassName="KOR_VEXA_Node",Name="demo.qzcluster+node1"' \
+  -l "127.0.0.1:$pegasus_port" 2>&1)
+[[ $out == *'vexaNodeName = "node1"'* ]] && pass "cimcli gi of a node" || fail "cimcli gi of a node" "$out"
+
+# --- indications through an OpenPegasus subscription ----------------------------
+"$build/bin/vexa-tool" listen --port 0 >"$work/listener.out" 2>"$work/listener.err" &
+listener_pid=$!
+for _ in $(seq 100); do
+  grep -q "^listening on" "$work/listener.out" 2>/dev/null && break
+  sleep 0.1
+done
+listener=$(sed -n 's/^listening on //p' "$work/listener.out" | head -n 1)
+interop=(-n root/PG_InterOp -l "127.0.0.1:$pegasus_port")
+cimcli ci CIM_ListenerDestinationCIMXML Name=vexa-e2e-listener "Destination=$listener" \
+  "${interop[@]}" >"$work/subscribe.out" 2>&1
+cimcli ci CIM_IndicationFilter Name=vexa-e2e-filter \
+  "Query=SELECT * FROM KOR_VEXA_MountIndication" QueryLanguage=WQL SourceNamespace=root/cimv2 \
+  "${interop[@]}" >>"$work/subscribe.out" 2>&1
+filter=$(cimcli ni CIM_IndicationFilter "${interop[@]}" 2>/dev/null | grep vexa-e2e-filter)
+handler=$(cimcli ni CIM_ListenerDestinationCIMXML "${interop[@]}" 2>/dev/null | grep vexa-e2e-listener)
+cimcli ci CIM_IndicationSubscription "Filter=$filter" "Handler=$handler" \
+  "${interop[@]}" >>"$work/subscribe.out" 2>&1
+out=$(cimcli ni CIM_IndicationSubscription "${interop[@]}" 2>&1)
+[[ $out == *vexa-e2e-filter* ]] && pass "a subscription is made in root/PG_InterOp" ||
+  fail "subscription" "$(cat "$work/subscribe.out")"$'\n'"$out"
+"$build/bin/vexa-tool" event --socket "$QZSIM_EVENT_SOCKET" \
+  '{"type": "mount", "node": "node1", "fs": "fs1"}' >"$work/event.out" 2>&1
+for _ in $(seq 100); do
+  grep -q KOR_VEXA_MountIndication "$work/listener.out" && break
+  sleep 0.1
+done
+grep -q KOR_VEXA_MountIndication "$work/listener.out" &&
+  pass "a mount event reaches vexa-tool listen through cimserver" ||
+  fail "no indication reached the listener" "$(cat "$work/event.out" "$work/listener.out")"
+
+# --- the module lifecycle: disable and enable while clients read ----------------
+before=$(agents)
+(for _ in $(seq 40); do wbemcli ein "$pegasus_url:KOR_VEXA_Node" >/dev/null 2>&1; done) &
+reader=$!
+out=$(cimprovider -d -m VexaProviderModule 2>&1) || fail "cimprovider -d" "$out"
+sleep 1
+out=$(cimprovider -e -m VexaProviderModule 2>&1) || fail "cimprovider -e" "$out"
+wait "$reader"
+lingering=""
+for pid in $before; do
+  for _ in $(seq 100); do
+    kill -0 "$pid" 2>/dev/null || break
+    sleep 0.1
+  done
+  kill -0 "$pid" 2>/dev/null && lingering+="$pid "
+done
+[[ -z $lingering ]] && pass "the disabled module's agent ($before) ended" ||
+  fail "agent $lingering still runs after the module was disabled"
+ours=$(wbemcli ei "$vexa_url:KOR_VEXA_Node" 2>&1 | normalise)
+theirs=$(wbemcli ei "$pegasus_url:KOR_VEXA_Node" 2>&1 | normalise)
+[[ $ours == "$theirs" && -n $ours ]] && pass "answers after re-enabling are correct" ||
+  fail "answers after re-enabling" "$(diff <(echo "$ours") <(echo "$theirs"))"
+
+# --- shutdown -------------------------------------------------------------------
+running=$(agents)
+started=$(date +%s)
+out=$(cimserver -s 2>&1)
+pegasus_started=""
+[[ $out != *"Forced shutdown"* ]] && pass "cimserver -s shuts down in $(($(date +%s) - started)) s" ||
+  fail "cimserver -s had to force the shutdown" "$out"
+lingering=""
+for pid in $running; do
+  for _ in $(seq 100); do
+    kill -0 "$pid" 2>/dev/null || break
+    sleep 0.1
+  done
+  kill -0 "$pid" 2>/dev/null && lingering+="$pid "
+done
+[[ -z $lingering ]] && pass "no provider agent outlives the server" ||
+  fail "agents $lingering outlive the server"
+segfaults_after=$(segfault_lines)
+[[ $segfaults_after == "$segfaults_before" ]] && pass "no provider agent crashed (kernel log)" ||
+  fail "a provider agent crashed" "$(dmesg | grep "cimprovagt.*segfault" | tail -n 3)"
+
+echo "$((checks - failures)) of $checks checks passed"
+[[ $failures -eq 0 ]]
