@@ -6,11 +6,14 @@
 #
 #   scripts/build-openpegasus.sh            build, or reuse the cache
 #   scripts/build-openpegasus.sh --print    print the cache folder and stop
+#   scripts/build-openpegasus.sh --available  succeed when the source archive
+#                                             or a complete build is there
 #
 # Environment:
 #   VEXA_PEGASUS_CACHE    cache folder (default: ${XDG_CACHE_HOME:-~/.cache}/vexa/openpegasus-2.14.4)
-#   VEXA_PEGASUS_ARCHIVE  source archive (default: ../shared/openpegasus/openpegasus-2.14.4.tar.gz
-#                         beside the checkout); its .sha256 file must sit next to it
+#   VEXA_PEGASUS_ARCHIVE  source archive (default: shared/openpegasus/openpegasus-2.14.4.tar.gz
+#                         beside the checkout or one level up, or under /work);
+#                         its .sha256 file must sit next to it
 #
 # The cache then holds, besides the build itself, the layout the project's
 # CMake option -DVEXA_PEGASUS_ROOT expects: include/Pegasus/... and lib/, and
@@ -22,12 +25,30 @@ set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
 version=2.14.4
 cache=${VEXA_PEGASUS_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/vexa/openpegasus-$version}
-archive=${VEXA_PEGASUS_ARCHIVE:-$here/../shared/openpegasus/openpegasus-$version.tar.gz}
-
-if [[ ${1:-} == --print ]]; then
-  echo "$cache"
-  exit 0
+# The archive is kept beside the checkout; a checkout one level deeper, or the
+# workplace's shared folder, finds it too.
+archive=${VEXA_PEGASUS_ARCHIVE:-}
+if [[ -z $archive ]]; then
+  for folder in "$here/../shared/openpegasus" "$here/../../shared/openpegasus" /work/shared/openpegasus; do
+    if [[ -f $folder/openpegasus-$version.tar.gz ]]; then
+      archive=$folder/openpegasus-$version.tar.gz
+      break
+    fi
+  done
+  archive=${archive:-$here/../shared/openpegasus/openpegasus-$version.tar.gz}
 fi
+
+case ${1:-} in
+  --print)
+    echo "$cache"
+    exit 0
+    ;;
+  --available)
+    # Succeeds when a build can be made or reused.
+    [[ -f $cache/.complete || -f $archive ]]
+    exit
+    ;;
+esac
 
 log=$cache/build.log
 stamp=$cache/.complete
