@@ -196,6 +196,14 @@ public:
     int buildGroupInstances(FilesystemInfo* fs, int fsIndex);
     int buildFileSetInstanceList();
 
+    // Quota instances, built on demand for one user, group or fileset:
+    // instances/quotaInstances.cpp.
+    Pegasus::CIMInstance createUserQuotaInstance(Quota* quota, const char* clusterName);
+    Pegasus::CIMInstance createGroupQuotaInstance(Quota* quota, const char* clusterName);
+    Pegasus::CIMInstance createQuotaInstance(Quota* quota, const char* clusterName);
+    int buildQuotaInstance(Pegasus::CIMObjectPath source, int kind);
+    int buildQuotaInstances(Pegasus::CIMObjectPath fileSystem, int kind);
+
     // Performance counters.
     Pegasus::CIMInstance createFileSystemPerfInstance(ClusterInfo* cluster, FilesystemInfo* fs);
     Pegasus::CIMInstance createFsPerNodePerfInstance(ClusterInfo* cluster, FilesystemPerf* perf);
