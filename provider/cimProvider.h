@@ -272,6 +272,35 @@ public:
     Pegasus::CIMInstance createVexaHostedFS(Pegasus::CIMObjectPath cluster,
                                             Pegasus::CIMObjectPath fileSystem);
 
+    // Association traversal behind associators and associatorNames:
+    // provider/associationOperations.cpp. The plain delivery forms take the
+    // read lock; the Sync forms serve callers that hold the write lock.
+    Pegasus::Array<Pegasus::CIMInstance>
+    filterAssociationInstancesByRole(const Pegasus::Array<Pegasus::CIMInstance>& assocs,
+                                     const Pegasus::CIMObjectPath& objectPath,
+                                     const Pegasus::String& role);
+    Pegasus::Array<Pegasus::CIMObjectPath>
+    filterAssociationInstances(Pegasus::CIMInstance& assoc,
+                               const Pegasus::CIMObjectPath& objectPath,
+                               Pegasus::CIMName resultClass, Pegasus::String resultRole);
+    void vexaAssociatorNames(const Pegasus::Array<Pegasus::CIMInstance>& assocs,
+                             const Pegasus::CIMObjectPath& objectPath, const Pegasus::String& role,
+                             const Pegasus::CIMName& resultClass, const Pegasus::String& resultRole,
+                             Pegasus::ObjectPathResponseHandler& handler);
+    void vexaAssociatorNamesSync(const Pegasus::Array<Pegasus::CIMInstance>& assocs,
+                                 const Pegasus::CIMObjectPath& objectPath,
+                                 const Pegasus::String& role, const Pegasus::CIMName& resultClass,
+                                 const Pegasus::String& resultRole,
+                                 Pegasus::ObjectPathResponseHandler& handler);
+    void vexaAssociators(const Pegasus::Array<Pegasus::CIMInstance>& assocs,
+                         const Pegasus::CIMObjectPath& objectPath, const Pegasus::String& role,
+                         const Pegasus::CIMName& resultClass, const Pegasus::String& resultRole,
+                         Pegasus::ObjectResponseHandler& handler);
+    void vexaAssociatorsSync(const Pegasus::Array<Pegasus::CIMInstance>& assocs,
+                             const Pegasus::CIMObjectPath& objectPath, const Pegasus::String& role,
+                             const Pegasus::CIMName& resultClass, const Pegasus::String& resultRole,
+                             Pegasus::ObjectResponseHandler& handler);
+
     // Association lists.
     int buildFreeDiskInstanceList();
     int buildDiskServerAssociationList(Pegasus::CIMInstance disk, DiskInfo* info);
