@@ -70,8 +70,6 @@ TEST_F(AssociationOperationsTest, EveryWalkReachesExactlyItsFarEnds) {
         {"KOR_VEXA_NSD", 0, "KOR_VEXA_NodeServingNSD", "KOR_VEXA_Node", {0, 1}},
         {"KOR_VEXA_NSD", 1, "KOR_VEXA_NodeServingNSD", "KOR_VEXA_Node", {1}},
         {"KOR_VEXA_Node", 1, "KOR_VEXA_NodeAccessesNSD", "KOR_VEXA_NSD", {0}},
-        {"KOR_VEXA_Node", 0, "KOR_VEXA_Mounted", "KOR_VEXA_FileSystem", {0}},
-        {"KOR_VEXA_Fileset", 1, "KOR_VEXA_AssociatedFileset", "KOR_VEXA_FileSystem", {0}},
     };
     for (const Walk& walk : walks) {
         CIMObjectPath from = at(walk.from, walk.fromIndex);
@@ -87,8 +85,7 @@ TEST_F(AssociationOperationsTest, RolesAndResultClassesFilterTheFarEnds) {
     start(SMALL_CLUSTER);
     const CIMObjectPath cluster = at("KOR_VEXA_Cluster", 0);
     const char* const cs = "KOR_VEXA_ComponentCS";
-    EXPECT_EQ(farNames(cluster, cs, 0, "groupcomponent", "PartComponent").size(), 2u);
-    EXPECT_EQ(farNames(cluster, cs, "KOR_VEXA_Node").size(), 2u);
+    EXPECT_EQ(farNames(cluster, cs, "KOR_VEXA_Node", "groupcomponent", "PartComponent").size(), 2u);
     EXPECT_EQ(farNames(cluster, cs, 0, "PartComponent").size(), 0u);
     EXPECT_EQ(farNames(cluster, cs, 0, "", "GroupComponent").size(), 0u);
     EXPECT_EQ(farNames(cluster, cs, "KOR_VEXA_FileSystem").size(), 0u);
@@ -125,7 +122,6 @@ TEST_F(AssociationOperationsTest, QuotasAreReadWhenAskedFor) {
     Array<CIMObjectPath> quota = far(fileset, "KOR_VEXA_AssociatedFilesetQuota");
     ASSERT_EQ(quota.size(), 1u);
     EXPECT_EQ(provider->filesetQuotas[0].getPath(), quota[0]);
-    EXPECT_TRUE(same(farNames(fileset, "KOR_VEXA_AssociatedFilesetQuota"), quota));
 
     // A user path, made by the client: its quota comes from the library.
     Array<CIMKeyBinding> keys = fileset.getKeyBindings();
