@@ -3,6 +3,7 @@
 // group associations asked for on demand.
 #include "cimProvider.h"
 
+#include <qzantras/MgmtTypes.h>
 #include <qzantras/ts_log.h>
 
 PEGASUS_USING_PEGASUS;
@@ -69,26 +70,41 @@ int VexaProvider::buildDiskAccessAssociationList() {
 }
 
 int VexaProvider::buildQuotaAssocInstance(CIMObjectPath source, int quotaType) {
-    ts_log(0, "VexaProvider::buildQuotaAssocInstance", "ENTER\n");
-    // Only the first quota of the list is associated with the source.
+    static const char* const fn = "VexaProvider::buildQuotaAssocInstance";
+    ts_log(0, fn, "ENTER\n");
+    // Only the first quota of the list is associated with the source. An
+    // empty quota list has nothing to associate: the association list is
+    // left as it was and the caller reports the failure.
+    Array<CIMInstance>* quotas = 0;
+    Array<CIMInstance>* assocs = 0;
+    CIMInstance (VexaProvider::*build)(CIMObjectPath, CIMObjectPath) = 0;
     switch (quotaType) {
-    case 1:
-        groupQuotaAssocs.clear();
-        groupQuotaAssocs.append(createVexaAssociatedGroupQuota(source, groupQuotas[0].getPath()));
+    case MGMT_QUOTA_GROUP:
+        quotas = &groupQuotas;
+        assocs = &groupQuotaAssocs;
+        build = &VexaProvider::createVexaAssociatedGroupQuota;
         break;
-    case 2:
-        userQuotaAssocs.clear();
-        userQuotaAssocs.append(createVexaAssociatedUserQuota(source, userQuotas[0].getPath()));
+    case MGMT_QUOTA_USER:
+        quotas = &userQuotas;
+        assocs = &userQuotaAssocs;
+        build = &VexaProvider::createVexaAssociatedUserQuota;
         break;
-    case 3:
-        filesetQuotaAssocs.clear();
-        filesetQuotaAssocs.append(
-            createVexaAssociatedFilesetQuota(source, filesetQuotas[0].getPath()));
+    case MGMT_QUOTA_FILESET:
+        quotas = &filesetQuotas;
+        assocs = &filesetQuotaAssocs;
+        build = &VexaProvider::createVexaAssociatedFilesetQuota;
         break;
     default:
         break;
     }
-    ts_log(0, "VexaProvider::buildQuotaAssocInstance", "EXIT\n");
+    if (quotas != 0) {
+        if (quotas->size() == 0)
+            return 1;
+        CIMInstance association = (this->*build)(source, (*quotas)[0].getPath());
+        assocs->clear();
+        assocs->append(association);
+    }
+    ts_log(0, fn, "EXIT\n");
     return 0;
 }
 

@@ -196,6 +196,14 @@ public:
     int buildGroupInstances(FilesystemInfo* fs, int fsIndex);
     int buildFileSetInstanceList();
 
+    // Quota instances, built on demand for one user, group or fileset:
+    // instances/quotaInstances.cpp.
+    Pegasus::CIMInstance createUserQuotaInstance(Quota* quota, const char* clusterName);
+    Pegasus::CIMInstance createGroupQuotaInstance(Quota* quota, const char* clusterName);
+    Pegasus::CIMInstance createQuotaInstance(Quota* quota, const char* clusterName);
+    int buildQuotaInstance(Pegasus::CIMObjectPath source, int kind);
+    int buildQuotaInstances(Pegasus::CIMObjectPath fileSystem, int kind);
+
     // Performance counters.
     Pegasus::CIMInstance createFileSystemPerfInstance(ClusterInfo* cluster, FilesystemInfo* fs);
     Pegasus::CIMInstance createFsPerNodePerfInstance(ClusterInfo* cluster, FilesystemPerf* perf);
@@ -263,6 +271,35 @@ public:
                                            Pegasus::CIMObjectPath pool);
     Pegasus::CIMInstance createVexaHostedFS(Pegasus::CIMObjectPath cluster,
                                             Pegasus::CIMObjectPath fileSystem);
+
+    // Association traversal behind associators and associatorNames:
+    // provider/associationOperations.cpp. The plain delivery forms take the
+    // read lock; the Sync forms serve callers that hold the write lock.
+    Pegasus::Array<Pegasus::CIMInstance>
+    filterAssociationInstancesByRole(const Pegasus::Array<Pegasus::CIMInstance>& assocs,
+                                     const Pegasus::CIMObjectPath& objectPath,
+                                     const Pegasus::String& role);
+    Pegasus::Array<Pegasus::CIMObjectPath>
+    filterAssociationInstances(Pegasus::CIMInstance& assoc,
+                               const Pegasus::CIMObjectPath& objectPath,
+                               Pegasus::CIMName resultClass, Pegasus::String resultRole);
+    void vexaAssociatorNames(const Pegasus::Array<Pegasus::CIMInstance>& assocs,
+                             const Pegasus::CIMObjectPath& objectPath, const Pegasus::String& role,
+                             const Pegasus::CIMName& resultClass, const Pegasus::String& resultRole,
+                             Pegasus::ObjectPathResponseHandler& handler);
+    void vexaAssociatorNamesSync(const Pegasus::Array<Pegasus::CIMInstance>& assocs,
+                                 const Pegasus::CIMObjectPath& objectPath,
+                                 const Pegasus::String& role, const Pegasus::CIMName& resultClass,
+                                 const Pegasus::String& resultRole,
+                                 Pegasus::ObjectPathResponseHandler& handler);
+    void vexaAssociators(const Pegasus::Array<Pegasus::CIMInstance>& assocs,
+                         const Pegasus::CIMObjectPath& objectPath, const Pegasus::String& role,
+                         const Pegasus::CIMName& resultClass, const Pegasus::String& resultRole,
+                         Pegasus::ObjectResponseHandler& handler);
+    void vexaAssociatorsSync(const Pegasus::Array<Pegasus::CIMInstance>& assocs,
+                             const Pegasus::CIMObjectPath& objectPath, const Pegasus::String& role,
+                             const Pegasus::CIMName& resultClass, const Pegasus::String& resultRole,
+                             Pegasus::ObjectResponseHandler& handler);
 
     // Association lists.
     int buildFreeDiskInstanceList();

@@ -50,11 +50,17 @@ public:
 class RecordingObjectHandler : public Pegasus::ObjectResponseHandler {
 public:
     HandlerCalls calls;
+    Pegasus::Array<Pegasus::CIMObject> objects;
     void processing() override { calls.processing++; }
     void complete() override { calls.complete++; }
-    void deliver(const Pegasus::CIMObject&) override { calls.delivered++; }
+    void deliver(const Pegasus::CIMObject& object) override {
+        calls.delivered++;
+        objects.append(object);
+    }
     void deliver(const Pegasus::Array<Pegasus::CIMObject>& list) override {
-        calls.delivered += static_cast<int>(list.size());
+        for (Pegasus::Uint32 i = 0; i < list.size(); i++) {
+            deliver(list[i]);
+        }
     }
 };
 

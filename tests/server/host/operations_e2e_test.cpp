@@ -2,6 +2,7 @@
 // vexa-cimserver serving the lab cluster (examples/clusters/lab.json).
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <thread>
 
@@ -22,6 +23,17 @@ protected:
     // What wbemcli prints in front of an instance path it was given.
     static std::string printedPrefix(const std::string& className) {
         return "127.0.0.1:" + std::to_string(server->port()) + "/root/cimv2:" + className + ".";
+    }
+
+    // What wbemcli prints in front of an association's far end: the host
+    // the client used, without the port.
+    static std::string farPrefix(const std::string& className) {
+        return "127.0.0.1/root/cimv2:" + className + ".";
+    }
+    // A far end as wbemcli prints it, made into a path it accepts again.
+    static std::string reachable(const std::string& farEnd) {
+        return "http://127.0.0.1:" + std::to_string(server->port()) +
+               farEnd.substr(farEnd.find('/'));
     }
 
     static ServerProcess* server;
@@ -111,22 +123,74 @@ TEST_F(OperationsTest, AssociationTraversalAnswersWithFullPaths) {
     ASSERT_EQ(names.exitCode, 0) << names.err;
     std::vector<std::string> clusters = lines(names.out);
     ASSERT_EQ(clusters.size(), 1u);
+    const std::string cluster = "http://" + clusters[0];
+
+    // Exactly the nodes, as ein names them (wbemcli prints far ends without the port).
+    auto objects = [](const std::string& out) {
+        std::vector<std::string> found;
+        for (const std::string& line : lines(out))
+            found.push_back(line.substr(line.find('/')));
+        std::sort(found.begin(), found.end());
+        return found;
+    };
+    CommandResult parts = wbemcli({"ain", "-ac", "KOR_VEXA_ComponentCS", cluster});
+    ASSERT_EQ(parts.exitCode, 0) << parts.err;
+    EXPECT_EQ(objects(parts.out), objects(wbemcli({"ein", server->url(":KOR_VEXA_Node")}).out));
+
+    // Without an association class: every far end, each with its full path.
     for (const char* operation : {"ain", "ai"}) {
-        CommandResult far = wbemcli({operation, "http://" + clusters[0]});
+        CommandResult far = wbemcli({operation, cluster});
         ASSERT_EQ(far.exitCode, 0) << operation << "\n" << far.err;
-        // Far ends carry the host the client used (wbemcli prints it).
+        EXPECT_GE(lines(far.out).size(), 3u) << far.out;
         for (const std::string& line : lines(far.out)) {
-            EXPECT_EQ(line.rfind("127.0.0.1/root/cimv2", 0), 0u) << operation << ": " << line;
+            EXPECT_EQ(line.rfind("127.0.0.1/root/cimv2:", 0), 0u) << operation << ": " << line;
         }
     }
     // References are not served: either nothing or CIM_ERR_NOT_SUPPORTED.
-    CommandResult references = wbemcli({"rin", "http://" + clusters[0]});
+    CommandResult references = wbemcli({"rin", cluster});
     if (references.exitCode != 0) {
         EXPECT_NE(references.err.find("CIM_ERR_NOT_SUPPORTED"), std::string::npos)
             << references.err;
     } else {
         EXPECT_EQ(references.out, "");
     }
+}
+
+// The demo cluster: its disks are there from the first pass, where the lab
+// cluster's first disk read fails on purpose.
+class DemoClusterWalkTest : public OperationsTest {
+protected:
+    static void SetUpTestSuite() {
+        server = new ServerProcess({"--cluster-model", VEXA_DEMO_MODEL});
+    }
+};
+
+TEST_F(DemoClusterWalkTest, ClientsWalkFromAFileSystemToItsDisksServersAndQuotas) {
+    CommandResult fileSystems = wbemcli({"ein", server->url(":KOR_VEXA_FileSystem")});
+    ASSERT_EQ(fileSystems.exitCode, 0) << fileSystems.err;
+    std::string at = "http://" + lines(fileSystems.out).at(0);
+    const std::pair<const char*, const char*> steps[] = {
+        {"KOR_VEXA_AssociatedStoragePool", "KOR_VEXA_StoragePool"},
+        {"KOR_VEXA_StorageComponent", "KOR_VEXA_NSD"},
+        {"KOR_VEXA_NodeServingNSD", "KOR_VEXA_Node"},
+        {"KOR_VEXA_NodeAccessesNSD", "KOR_VEXA_NSD"},
+        {"KOR_VEXA_NodeAccessesNSD", "KOR_VEXA_Node"},
+        {"KOR_VEXA_Mounted", "KOR_VEXA_FileSystem"},
+        {"KOR_VEXA_AssociatedFileset", "KOR_VEXA_Fileset"},
+    };
+    for (const auto& step : steps) {
+        CommandResult far = wbemcli({"ain", "-ac", step.first, at});
+        ASSERT_EQ(far.exitCode, 0) << step.first << "\n" << far.err;
+        ASSERT_FALSE(lines(far.out).empty()) << step.first << " from " << at;
+        const std::string farEnd = lines(far.out)[0];
+        EXPECT_EQ(farEnd.rfind(farPrefix(step.second), 0), 0u) << step.first << ": " << farEnd;
+        at = reachable(farEnd);
+    }
+    CommandResult quota = wbemcli({"ai", "-ac", "KOR_VEXA_AssociatedFilesetQuota", at});
+    ASSERT_EQ(quota.exitCode, 0) << quota.err;
+    ASSERT_EQ(lines(quota.out).size(), 1u) << quota.out;
+    EXPECT_EQ(quota.out.rfind(farPrefix("KOR_VEXA_Fileset_Quota"), 0), 0u) << quota.out;
+    EXPECT_NE(quota.out.find("vexaQuotaFileSystemName="), std::string::npos) << quota.out;
 }
 
 TEST_F(OperationsTest, ConcurrentClientsAllGetTheSameAnswer) {
