@@ -160,6 +160,32 @@ out=$(cimcli gi -n root/cimv2 \
   -l "127.0.0.1:$pegasus_port" 2>&1)
 [[ $out == *'vexaNodeName = "node1"'* ]] && pass "cimcli gi of a node" || fail "cimcli gi of a node" "$out"
 
+# --- association traversal -----------------------------------------------------
+# From every element, all associations at once: cimserver finds the
+# association classes in its repository and asks the provider for each.
+for class in KOR_VEXA_Cluster KOR_VEXA_Node KOR_VEXA_FileSystem KOR_VEXA_StoragePool \
+  KOR_VEXA_NSD KOR_VEXA_Fileset; do
+  bad=""
+  walked=0
+  while read -r name; do
+    [[ -z $name ]] && continue
+    path=${name#*/root/cimv2:}
+    ours=$(wbemcli ain "$vexa_url:$path" 2>&1 | normalise)
+    theirs=$(wbemcli ain "$pegasus_url:$path" 2>&1 | normalise)
+    walked=$((walked + $(grep -c . <<<"$ours")))
+    [[ $ours == "$theirs" ]] || bad+="$path"$'\n'"$(diff <(echo "$ours") <(echo "$theirs"))"$'\n'
+  done < <(wbemcli ein "$vexa_url:$class" 2>&1)
+  [[ -z $bad ]] && pass "wbemcli ain from every $class: $walked far ends as in vexa-cimserver" ||
+    fail "ain from $class differs" "$bad"
+done
+fileset=$(wbemcli ein "$vexa_url:KOR_VEXA_Fileset" 2>&1 | head -n 1)
+fileset=${fileset#*/root/cimv2:}
+ours=$(wbemcli ai -ac KOR_VEXA_AssociatedFilesetQuota "$vexa_url:$fileset" 2>&1 | normalise)
+theirs=$(wbemcli ai -ac KOR_VEXA_AssociatedFilesetQuota "$pegasus_url:$fileset" 2>&1 | normalise)
+[[ $ours == *KOR_VEXA_Fileset_Quota* && $ours == "$theirs" ]] &&
+  pass "wbemcli ai from a fileset to its quota as in vexa-cimserver" ||
+  fail "fileset quota differs" "$(diff <(echo "$ours") <(echo "$theirs"))"
+
 # --- indications through an OpenPegasus subscription ----------------------------
 "$build/bin/vexa-tool" listen --port 0 >"$work/listener.out" 2>"$work/listener.err" &
 listener_pid=$!
