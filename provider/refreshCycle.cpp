@@ -289,8 +289,10 @@ void* VexaProvider::refreshThread(void*) {
         }
         if (loadFlag(NeedEventHandler)) {
             ts_log(0, "VexaProvider::refreshThread", "init event handler\n");
-            provider->initEventHandler();
+            // Cleared before the restart, not after: a stream that ends at
+            // once raises the flag again, and that request must not be lost.
             storeFlag(NeedEventHandler, false);
+            provider->initEventHandler();
         }
         ts_log(0, "VexaProvider::refreshThread", "refresh global node list\n");
 
