@@ -24,6 +24,8 @@
 #include <pthread.h>
 #include <sys/time.h>
 
+#include <cstdio>
+
 #include "classNames.h"
 
 class VexaProvider : public Pegasus::CIMInstanceProvider,
@@ -39,6 +41,13 @@ public:
         VEXA_INST_FILESYSTEM = 3,
         VEXA_INST_STORAGE_POOL = 4,
         VEXA_INST_DISK = 5
+    };
+
+    // Selects the declustered-RAID element list and its look-up property.
+    enum CorvaneInstanceType {
+        CORVANE_INST_PHYSICAL_DISK = 0,
+        CORVANE_INST_VIRTUAL_DISK = 1,
+        CORVANE_INST_DECLUSTERED_ARRAY = 2
     };
 
     VexaProvider();
@@ -279,6 +288,21 @@ public:
                                                 const Pegasus::String& query,
                                                 const Pegasus::String& queryLanguage,
                                                 const Pegasus::String& sourceNamespace);
+
+    // Declustered-RAID elements read from the inventory files: tokens and
+    // values in raid/inventoryTokens.cpp, the parsers and list builders in
+    // raid/inventoryFiles.cpp, the look-up in raid/corvaneLookup.cpp. The
+    // list builders run under the write lock, like every cache pass.
+    char* getNextToken(char* line, char** savePointer);
+    Pegasus::String setCorvaneInstanceProperty(char** line, char** savePointer,
+                                               Pegasus::CIMInstance* instance, char* name);
+    int createCorvanePhysicalDiskInstanceFromFile(FILE* file);
+    int createCorvaneVirtualDiskInstanceFromFile(FILE* file);
+    int createCorvaneDeclusteredArrayInstanceFromFile(FILE* file);
+    int buildCorvanePhysicalDiskList();
+    int buildCorvaneVirtualDiskList();
+    int buildCorvaneDeclusteredArrayList();
+    int getCorvaneInstIdx(CorvaneInstanceType type, Pegasus::String value);
 
     // Event intake.
     int initEvents(PollingHandler* handler);
