@@ -24,6 +24,8 @@
 #include <pthread.h>
 #include <sys/time.h>
 
+#include <deque>
+
 #include "classNames.h"
 
 class VexaProvider : public Pegasus::CIMInstanceProvider,
@@ -135,6 +137,10 @@ public:
                                Pegasus::MethodResultResponseHandler& handler);
     Pegasus::Uint32 modifyRaidElement(const Pegasus::CIMName& methodName,
                                       const Pegasus::Array<Pegasus::CIMParamValue>& inParameters);
+
+    // Asynchronous jobs: methods/modificationIndications.cpp. A new job reads
+    // "JobState" 3; the library's completion callback sets it to 7.
+    Pegasus::CIMInstance createConcreteJobInstance(Pegasus::String name);
 
     // Connection to the management library.
     int initVexaHandler();
@@ -316,7 +322,13 @@ public:
     Pegasus::Array<Pegasus::CIMInstance> diskPerfs;
     Pegasus::Array<Pegasus::CIMInstance> fsPerNodePerfs;
     Pegasus::Array<Pegasus::CIMInstance> policies;
+    // Every job started, in order; never emptied. getInstance answers from
+    // it. jobElements holds the same jobs at addresses that stay put while
+    // the list grows: the management library keeps a pointer to a job's
+    // element until its completion callback has run. Both change only under
+    // the write lock.
     Pegasus::Array<Pegasus::CIMInstance> concreteJobs;
+    std::deque<Pegasus::CIMInstance> jobElements;
     Pegasus::Array<Pegasus::CIMInstance> objMgrConformsToProfile;
     Pegasus::Array<Pegasus::CIMInstance> csConformsToProfile;
     Pegasus::Array<Pegasus::CIMInstance> componentCS;
