@@ -25,6 +25,7 @@
 #include <sys/time.h>
 
 #include <cstdio>
+#include <deque>
 
 #include "classNames.h"
 
@@ -144,6 +145,10 @@ public:
                                Pegasus::MethodResultResponseHandler& handler);
     Pegasus::Uint32 modifyRaidElement(const Pegasus::CIMName& methodName,
                                       const Pegasus::Array<Pegasus::CIMParamValue>& inParameters);
+
+    // Asynchronous jobs: methods/modificationIndications.cpp. A new job reads
+    // "JobState" 3; the library's completion callback sets it to 7.
+    Pegasus::CIMInstance createConcreteJobInstance(Pegasus::String name);
 
     // Connection to the management library.
     int initVexaHandler();
@@ -340,7 +345,13 @@ public:
     Pegasus::Array<Pegasus::CIMInstance> diskPerfs;
     Pegasus::Array<Pegasus::CIMInstance> fsPerNodePerfs;
     Pegasus::Array<Pegasus::CIMInstance> policies;
+    // Every job started, in order; never emptied. getInstance answers from
+    // it. jobElements holds the same jobs at addresses that stay put while
+    // the list grows: the management library keeps a pointer to a job's
+    // element until its completion callback has run. Both change only under
+    // the write lock.
     Pegasus::Array<Pegasus::CIMInstance> concreteJobs;
+    std::deque<Pegasus::CIMInstance> jobElements;
     Pegasus::Array<Pegasus::CIMInstance> objMgrConformsToProfile;
     Pegasus::Array<Pegasus::CIMInstance> csConformsToProfile;
     Pegasus::Array<Pegasus::CIMInstance> componentCS;
