@@ -5,6 +5,8 @@
 #include <Pegasus/Common/ResponseHandler.h>
 
 #include <atomic>
+#include <string>
+#include <vector>
 
 struct HandlerCalls {
     std::atomic<int> processing{0};
@@ -80,6 +82,38 @@ public:
     void deliver(const Pegasus::OperationContext&,
                  const Pegasus::Array<Pegasus::CIMIndication>& list) override {
         calls.delivered += static_cast<int>(list.size());
+    }
+};
+
+// Records a method's answer: the out-parameters by name, every return value
+// in delivery order, and the order of the handler calls ("processing",
+// "params", "param", "value", "complete").
+class RecordingMethodHandler : public Pegasus::MethodResultResponseHandler {
+public:
+    std::vector<std::string> order;
+    Pegasus::Array<Pegasus::CIMParamValue> outParameters;
+    Pegasus::Array<Pegasus::CIMValue> returnValues;
+    void processing() override { order.push_back("processing"); }
+    void complete() override { order.push_back("complete"); }
+    void deliverParamValue(const Pegasus::CIMParamValue& value) override {
+        order.push_back("param");
+        outParameters.append(value);
+    }
+    void deliverParamValue(const Pegasus::Array<Pegasus::CIMParamValue>& values) override {
+        order.push_back("params");
+        outParameters.appendArray(values);
+    }
+    void deliver(const Pegasus::CIMValue& value) override {
+        order.push_back("value");
+        returnValues.append(value);
+    }
+    // The out-parameter's value as text, or "<none>".
+    std::string out(const char* name) const {
+        for (Pegasus::Uint32 i = 0; i < outParameters.size(); i++) {
+            if (outParameters[i].getParameterName() == name)
+                return (const char*)outParameters[i].getValue().toString().getCString();
+        }
+        return "<none>";
     }
 };
 
