@@ -52,6 +52,31 @@ TEST(IndicationsTest, EventsReachTheListenerWithTheirClassesOwnProperties) {
     EXPECT_NE(server.err().find("2 delivered"), std::string::npos) << server.err();
 }
 
+TEST(IndicationsTest, ARaidElementStatusChangeReachesTheListener) {
+    std::string dir = makeScratchDir();
+    BackgroundProcess listener({VEXA_TOOL_PATH, "listen", "--port", "0", "--count", "1"}, dir,
+                               "listener");
+    ASSERT_TRUE(listener.waitForOutput("/\n")) << listener.err();
+    std::string url = lines(listener.out())[0].substr(std::string("listening on ").size());
+
+    ServerProcess server({"--listener", url, "--inventory-dir", VEXA_SAMPLE_INVENTORY_DIR});
+    CommandResult called = wbemcli({"cm", server.url(":KOR_VEXA_ClusterConfigurationService"),
+                                    "ModifyCorvanePhysicalDisk.name=e1s02,status=6"});
+    EXPECT_NE(called.out.find("ModifyCorvanePhysicalDisk: 0"), std::string::npos)
+        << called.out << called.err;
+    ASSERT_TRUE(listener.waitForOutput("</INSTANCE>\n\n  SourceInstance"))
+        << listener.out() << "\nserver:\n"
+        << server.err();
+    EXPECT_EQ(listener.stop(0), 0);
+    std::string out = listener.out();
+    size_t source = out.find("SourceInstance");
+    EXPECT_NE(out.find("KOR_Corvane_PhysicalDisk_InstModification\n"), std::string::npos) << out;
+    EXPECT_NE(out.find("<VALUE>e1s02</VALUE>"), std::string::npos) << out;
+    EXPECT_LT(out.find("<VALUE>2</VALUE>\n</VALUE.ARRAY>"), source) << out;
+    EXPECT_NE(out.find("<VALUE>6</VALUE>\n</VALUE.ARRAY>", source), std::string::npos) << out;
+    EXPECT_EQ(server.stop(), 0) << server.err();
+}
+
 TEST(IndicationsTest, ARefusedEventIsReportedByTheTool) {
     ServerProcess server;
     CommandResult refused = runCommand(
