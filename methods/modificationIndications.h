@@ -9,7 +9,10 @@
 #include <Pegasus/Common/String.h>
 
 // The library's completion callback; context is the job's element in the
-// provider's job list. Returns 0.
+// provider's jobElements. Marks the job completed ("JobState" 7) under the
+// cache's write lock, whatever the command's outcome, and announces it while
+// indications are enabled. Does nothing once the provider is withdrawn from
+// theVexaProvider. Returns 0.
 int notifyMethodCompletion(void* context);
 
 Pegasus::CIMInstance createVexaInstModification(const Pegasus::CIMInstance& previous,
@@ -19,7 +22,10 @@ Pegasus::CIMInstance createCorvaneInstModification(const Pegasus::CIMName& class
                                                    const Pegasus::CIMInstance& source);
 
 // Sets the element's "OperationalStatus" to status and announces the change.
-// 0 when done (changed or unchanged), -1 when the element is of no RAID class.
+// 0 when done (changed or unchanged), -1 when the element is of no RAID class
+// (the status is set all the same). The element is replaced by a changed
+// copy, not edited in place; when it lives in the instance cache the caller
+// holds the cache's write lock. Takes no lock itself.
 int genCorvaneIndication(Pegasus::CIMInstance* element, Pegasus::String deviceName,
                          unsigned int status);
 

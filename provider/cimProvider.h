@@ -24,6 +24,10 @@
 #include <pthread.h>
 #include <sys/time.h>
 
+#include <cstdio>
+#include <deque>
+#include <string>
+
 #include "classNames.h"
 
 class VexaProvider : public Pegasus::CIMInstanceProvider,
@@ -39,6 +43,13 @@ public:
         VEXA_INST_FILESYSTEM = 3,
         VEXA_INST_STORAGE_POOL = 4,
         VEXA_INST_DISK = 5
+    };
+
+    // Selects the declustered-RAID element list and its look-up property.
+    enum CorvaneInstanceType {
+        CORVANE_INST_PHYSICAL_DISK = 0,
+        CORVANE_INST_VIRTUAL_DISK = 1,
+        CORVANE_INST_DECLUSTERED_ARRAY = 2
     };
 
     VexaProvider();
@@ -135,6 +146,54 @@ public:
                                Pegasus::MethodResultResponseHandler& handler);
     Pegasus::Uint32 modifyRaidElement(const Pegasus::CIMName& methodName,
                                       const Pegasus::Array<Pegasus::CIMParamValue>& inParameters);
+
+    // Asynchronous jobs: methods/modificationIndications.cpp. A new job reads
+    // "JobState" 3; the library's completion callback sets it to 7.
+    Pegasus::CIMInstance createConcreteJobInstance(Pegasus::String name);
+
+    // Method parameters: methods/methodParameters.cpp. dst is always a
+    // 256-byte record field.
+    bool extractParamValueFromOP(Pegasus::CIMObjectPath path, const char* keyName,
+                                 const char* label, char* dst);
+    void validateAndAcceptOptionalParam(const char* src, const char* name, char* dst);
+    int validateAndAcceptMandatoryParam(const char* src, const char* name, char* dst,
+                                        std::string* message);
+    void freeCharMemory(char* p);
+
+    // Fileset methods: methods/filesetMethods.cpp. Each body appends its
+    // out-parameters to out and returns the method's return code.
+    Pegasus::Uint32 createFileset(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                                  Pegasus::Array<Pegasus::CIMParamValue>& out);
+    Pegasus::Uint32 deleteFileset(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                                  Pegasus::Array<Pegasus::CIMParamValue>& out);
+    Pegasus::Uint32 editFileset(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                                Pegasus::Array<Pegasus::CIMParamValue>& out);
+    Pegasus::Uint32 linkFileset(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                                Pegasus::Array<Pegasus::CIMParamValue>& out);
+    Pegasus::Uint32 unlinkFileset(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                                  Pegasus::Array<Pegasus::CIMParamValue>& out);
+
+    // The cached fileset instances kept true after a method changed them:
+    // methods/filesetCache.cpp. Called with the write lock held.
+    int addFilesetToInstanceList(Pegasus::CIMObjectPath fileSystemPath,
+                                 Pegasus::CIMInstance fileset);
+    int deleteFilesetFromInstanceList(Pegasus::String fileSystemName, Pegasus::String filesetName);
+    // Adds fileset under the cached file system named fsName; false, and the
+    // cache unchanged, when that file system is not cached.
+    bool addFilesetToOwningFileSystem(const char* fsName, Pegasus::CIMInstance fileset);
+
+    // Quota, ownership and ACL methods: methods/quotaMethods.cpp and
+    // methods/junctionMethods.cpp.
+    Pegasus::Uint32 editQuota(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                              Pegasus::Array<Pegasus::CIMParamValue>& out);
+    Pegasus::Uint32
+    changeOwnerAndOrGroup(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters);
+    // Both junction methods; acl selects the ACL copy instead of the owner.
+    Pegasus::Uint32
+    changeFilesetJunction(bool acl, const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                          Pegasus::Array<Pegasus::CIMParamValue>& out);
+    // Called with the write lock held.
+    bool findLinkedFileset(FileSet* fileset, std::string* message);
 
     // Connection to the management library.
     int initVexaHandler();
@@ -317,6 +376,21 @@ public:
                                                 const Pegasus::String& queryLanguage,
                                                 const Pegasus::String& sourceNamespace);
 
+    // Declustered-RAID elements read from the inventory files: tokens and
+    // values in raid/inventoryTokens.cpp, the parsers and list builders in
+    // raid/inventoryFiles.cpp, the look-up in raid/corvaneLookup.cpp. The
+    // list builders run under the write lock, like every cache pass.
+    char* getNextToken(char* line, char** savePointer);
+    Pegasus::String setCorvaneInstanceProperty(char** line, char** savePointer,
+                                               Pegasus::CIMInstance* instance, char* name);
+    int createCorvanePhysicalDiskInstanceFromFile(FILE* file);
+    int createCorvaneVirtualDiskInstanceFromFile(FILE* file);
+    int createCorvaneDeclusteredArrayInstanceFromFile(FILE* file);
+    int buildCorvanePhysicalDiskList();
+    int buildCorvaneVirtualDiskList();
+    int buildCorvaneDeclusteredArrayList();
+    int getCorvaneInstIdx(CorvaneInstanceType type, Pegasus::String value);
+
     // Event intake.
     int initEvents(PollingHandler* handler);
     int initEventHandler();
@@ -363,7 +437,13 @@ public:
     Pegasus::Array<Pegasus::CIMInstance> diskPerfs;
     Pegasus::Array<Pegasus::CIMInstance> fsPerNodePerfs;
     Pegasus::Array<Pegasus::CIMInstance> policies;
+    // Every job started, in order; never emptied. getInstance answers from
+    // it. jobElements holds the same jobs at addresses that stay put while
+    // the list grows: the management library keeps a pointer to a job's
+    // element until its completion callback has run. Both change only under
+    // the write lock.
     Pegasus::Array<Pegasus::CIMInstance> concreteJobs;
+    std::deque<Pegasus::CIMInstance> jobElements;
     Pegasus::Array<Pegasus::CIMInstance> objMgrConformsToProfile;
     Pegasus::Array<Pegasus::CIMInstance> csConformsToProfile;
     Pegasus::Array<Pegasus::CIMInstance> componentCS;

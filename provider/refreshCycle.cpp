@@ -65,6 +65,11 @@ int VexaProvider::buildAllVexaInstanceList(int force) {
     buildFreeDiskInstanceList();
     ts_log(0, fn, "buildDiskAccessAssoicationList\n");
     buildDiskAccessAssociationList();
+    // The RAID element lists follow their inventory files from pass to pass.
+    ts_log(0, fn, "buildCorvaneElementLists\n");
+    buildCorvanePhysicalDiskList();
+    buildCorvaneVirtualDiskList();
+    buildCorvaneDeclusteredArrayList();
 
     if (shouldRefreshUsersAndGroups() || refreshForced) {
         ts_log(0, fn, " building user and group instance list...\n");

@@ -1,8 +1,10 @@
 #include "TaskRunner.h"
 
+#include <qzantras/MgmtTypes.h>
 #include <qzantras/ts_log.h>
 
 #include <chrono>
+#include <exception>
 
 namespace qzsim {
 
@@ -57,13 +59,27 @@ void TaskRunner::loop() {
         Task task = queue_.front();
         queue_.pop_front();
         lock.unlock();
-        int result = runCommand(task.command, task.arguments);
+        int result = MGMT_E_INTERNAL;
+        try {
+            result = runCommand(task.command, task.arguments);
+        } catch (const std::exception& error) {
+            ts_log(2, "PollingHandler::executionThread", "%s: %s\n", task.command.c_str(),
+                   error.what());
+        }
         if (result != 0) {
             ts_log(2, "PollingHandler::executionThread", "%s %s failed with %d\n",
                    task.command.c_str(), task.arguments.c_str(), result);
         }
+        // Every task ends here, whatever the command did, so the caller's
+        // completion function runs exactly once. A completion function that
+        // throws must not end the thread and strand the tasks behind it.
         if (task.done != nullptr) {
-            task.done(task.context);
+            try {
+                task.done(task.context);
+            } catch (...) {
+                ts_log(2, "PollingHandler::executionThread", "completion of %s threw\n",
+                       task.command.c_str());
+            }
         }
         lock.lock();
         completed_.push_back(TaskRecord{task.command, task.arguments, result});

@@ -116,6 +116,8 @@ ServerOptions parseServerOptions(int argc, const char* const argv[]) {
             options.logLevel = static_cast<int>(parseNumber(name, takeValue(), 0, 2));
         } else if (name == "--event-socket") {
             options.eventSocket = takeText();
+        } else if (name == "--inventory-dir") {
+            options.inventoryDir = takeText();
         } else if (name == "--auth-file") {
             options.authFile = takeText();
         } else if (name == "--workers") {
@@ -170,6 +172,10 @@ Provider and simulated cluster:
   --event-socket PATH      socket on which the simulated cluster accepts events
                            (vexa-tool event); default
                            $XDG_RUNTIME_DIR or /tmp, vexa-cimserver-PORT.events
+  --inventory-dir DIR      folder of the declustered-RAID inventory files
+                           (dalen1_pd.txt, dalen1_vd.txt, dalen1_da.txt);
+                           default: the sample files with the demo cluster,
+                           the provider's built-in folder with --cluster-model
 
 Indications:
   --listener URL           deliver every indication to URL as a CIM-XML

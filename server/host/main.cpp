@@ -101,15 +101,44 @@ void exportLibrarySettings(const ServerOptions& options, const std::string& even
     setenv("QZSIM_EVENT_SOCKET", eventSocket.c_str(), 1);
 }
 
+// The folder whose declustered-RAID inventory files the provider reads, or
+// empty to leave the provider's built-in folder. The sample files describe
+// the demo cluster's RAID layer, so they go with it and with nothing else.
+std::string inventoryFolder(const ServerOptions& options) {
+    if (!options.inventoryDir.empty()) {
+        struct stat info {};
+        if (stat(options.inventoryDir.c_str(), &info) != 0 || !S_ISDIR(info.st_mode)) {
+            failStart("--inventory-dir " + options.inventoryDir +
+                          ": not a readable folder (samples are in examples/inventory/)",
+                      EXIT_USAGE);
+        }
+        return options.inventoryDir;
+    }
+    if (!options.clusterModel.empty()) {
+        return std::string();
+    }
+    return programDirectory() + "/../share/inventory";
+}
+
+// The provider reads the inventory folder from its environment on every
+// cache pass; it must be in place before the provider starts.
+void exportProviderSettings(const std::string& inventory) {
+    if (!inventory.empty()) {
+        setenv("VEXA_INVENTORY_DIR", inventory.c_str(), 1);
+    }
+}
+
 void printBanner(const ServerOptions& options, int port, const std::string& providerPath,
-                 const std::string& eventSocket) {
+                 const std::string& eventSocket, const std::string& inventory) {
     std::string base = "http://" + urlHost(options.listenAddress) + ":" + std::to_string(port);
     std::cout << "vexa-cimserver: serving " << base << "/ (namespace root/cimv2)\n"
               << "  provider:      " << providerPath << "\n"
               << "  cluster model: "
               << (options.clusterModel.empty() ? "built-in demo cluster" : options.clusterModel)
               << "\n"
-              << "  event socket:  " << eventSocket << "\n";
+              << "  event socket:  " << eventSocket << "\n"
+              << "  inventory:     "
+              << (inventory.empty() ? "the provider's built-in folder" : inventory) << "\n";
     for (const ListenerUrl& listener : options.listeners) {
         std::cout << "  indications to " << listener.text << "\n";
     }
@@ -219,6 +248,8 @@ int main(int argc, char* argv[]) {
     std::string eventSocket =
         options.eventSocket.empty() ? defaultEventSocket(port) : options.eventSocket;
     exportLibrarySettings(options, eventSocket);
+    const std::string inventory = inventoryFolder(options);
+    exportProviderSettings(inventory);
 
     std::string providerPath = options.providerPath.empty()
                                    ? programDirectory() + "/../lib/libVexaProvider.so"
@@ -274,7 +305,7 @@ int main(int argc, char* argv[]) {
     while (!server.is_running() && !servingEnded) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    printBanner(options, port, providerPath, eventSocket);
+    printBanner(options, port, providerPath, eventSocket, inventory);
 
     int received = 0;
     sigwait(&stopSignals, &received);

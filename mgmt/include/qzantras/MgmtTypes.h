@@ -37,7 +37,8 @@ enum MgmtError {
     MGMT_E_UNKNOWN_COMMAND = 19,   // addExecutionTask with a command the library does not run
     MGMT_E_UNKNOWN_ATTRIBUTE = 20, // a configuration attribute the library does not know
     MGMT_E_NO_NODE = 21,           // unknown node
-    MGMT_E_BAD_VALUE = 22          // an attribute value that does not parse or is out of range
+    MGMT_E_BAD_VALUE = 22,         // an attribute value that does not parse or is out of range
+    MGMT_E_INTERNAL = 23           // the library itself failed (out of memory)
 };
 
 // File-system daemon states reported by PollingHandler::getDaemonState().

@@ -214,8 +214,21 @@ TEST_F(OperationsTest, ConcurrentClientsAllGetTheSameAnswer) {
 
 TEST_F(OperationsTest, MethodCallsRoundTripWithTypedParameters) {
     std::string service = server->url(":KOR_VEXA_ClusterConfigurationService");
+    // A boolean alone: the provider still answers its return value and Message.
     CommandResult call = wbemcli({"cm", service, "DeleteFileset.force=true"});
     EXPECT_EQ(call.exitCode, 0) << call.err;
+    EXPECT_NE(call.out.find("DeleteFileset: 7, Message (string): File system  not found."),
+              std::string::npos)
+        << call.out;
+    // A reference, strings and a uint64 reach the provider with their types.
+    CommandResult typed =
+        wbemcli({"cm", service,
+                 "EditQuota.entityType=user,entityId=ann,newBlockHardLimitKB=2000000,"
+                 "vexaFileSystem=KOR_VEXA_FileSystem.Name=\"data\""});
+    EXPECT_NE(typed.out.find("EditQuota: 0, Message (string): Quota of user ann in file system "
+                             "data changed."),
+              std::string::npos)
+        << typed.out << typed.err;
 
     CommandResult badValue = wbemcli({"cm", service, "ModifyNode.prefetchThreads=many"});
     EXPECT_NE(badValue.exitCode, 0);

@@ -17,7 +17,7 @@ TEST(StartupTest, HelpListsEveryOption) {
     for (const char* option :
          {"--listen", "--port-file", "--auth-file", "--provider", "--cluster-model", "--log-file",
           "--log-level", "--event-socket", "--listener", "--max-request-bytes", "--max-xml-depth",
-          "--timeout", "--workers"}) {
+          "--timeout", "--workers", "--inventory-dir"}) {
         EXPECT_NE(help.out.find(option), std::string::npos) << option;
     }
 }
@@ -32,7 +32,8 @@ TEST(StartupTest, RefusesUnusableCommandLinesWithStatus2) {
              {{"--frobnicate"}, "unknown option '--frobnicate'"},
              {{"--listen", "0.0.0.0:0"}, "--auth-file"},
              {{"--listen", "127.0.0.1:0", "--cluster-model", dir + "/absent.json"}, "cannot read"},
-             {{"--listen", "127.0.0.1:0", "--auth-file", dir + "/absent"}, "cannot read"}}) {
+             {{"--listen", "127.0.0.1:0", "--auth-file", dir + "/absent"}, "cannot read"},
+             {{"--listen", "127.0.0.1:0", "--inventory-dir", dir + "/absent"}, "not a readable"}}) {
         std::vector<std::string> argv = {VEXA_CIMSERVER_PATH};
         argv.insert(argv.end(), bad.arguments.begin(), bad.arguments.end());
         CommandResult result = runCommand(argv);

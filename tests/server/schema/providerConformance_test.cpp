@@ -383,17 +383,35 @@ TEST_F(ProviderConformance, IndicationsMatchTheirClasses) {
         event.type = type;
         event.tvSec = 1700000000;
         std::snprintf(event.severity, sizeof event.severity, "%s", "INFO");
-        std::snprintf(event.nodeIpAddr, sizeof event.nodeIpAddr, "%s", "10.0.0.1");
+        // Elements of the demo cluster, so that every path property is set.
+        std::snprintf(event.nodeIpAddr, sizeof event.nodeIpAddr, "%s", "10.0.0.11");
+        std::snprintf(event.sgmgrIpAddr, sizeof event.sgmgrIpAddr, "%s", "10.0.0.12");
+        std::snprintf(event.prevSgmgrIpAddr, sizeof event.prevSgmgrIpAddr, "%s", "10.0.0.13");
         std::snprintf(event.fsName, sizeof event.fsName, "%s", "fs1");
         std::snprintf(event.diskName, sizeof event.diskName, "%s", "nsd1");
+        std::snprintf(event.poolName, sizeof event.poolName, "%s", "data");
         qzsim::postEvent(event);
     }
     ASSERT_TRUE(qzsim::waitForEventsDelivered(5000));
     provider->disableIndications();
     std::lock_guard<std::mutex> hold(indications.lock);
+    std::set<std::string> classes;
     for (Uint32 i = 0; i < indications.indications.size(); i++) {
-        check(indications.indications[i]);
+        const CIMInstance& indication = indications.indications[i];
+        check(indication);
+        classes.insert(str(indication.getClassName()));
+        CIMClass own = schema.classForRequest(indication.getClassName(), true, false, false,
+                                              CIMPropertyList());
+        for (Uint32 p = 0; !own.isUninitialized() && p < own.getPropertyCount(); p++) {
+            if (indication.findProperty(own.getProperty(p).getName()) == PEG_NOT_FOUND) {
+                problems.insert(str(indication.getClassName()) + "." +
+                                str(own.getProperty(p).getName()) + ": missing");
+            }
+        }
     }
+    // Every published event type, console messages and configuration changes aside.
+    EXPECT_EQ(indications.indications.size(), 17u);
+    EXPECT_EQ(classes.size(), 17u);
     expectOnlyExpectedProblems();
 }
 

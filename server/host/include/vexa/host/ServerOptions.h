@@ -31,6 +31,7 @@ struct ServerOptions {
     std::string logFile;      // QZSIM_LOG_FILE
     int logLevel = -1;        // QZSIM_LOG_LEVEL; -1 leaves it unset
     std::string eventSocket;  // QZSIM_EVENT_SOCKET; empty picks a default
+    std::string inventoryDir; // VEXA_INVENTORY_DIR; empty: the samples with the demo cluster
 
     std::string authFile;
     size_t workers = 8;
