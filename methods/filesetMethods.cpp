@@ -256,11 +256,19 @@ Uint32 VexaProvider::linkFileset(const Array<CIMParamValue>& in, Array<CIMParamV
             accepted &=
                 methods::readReference(value, "vexaFileSystem", ref, &message) &&
                 (value.isNull() || takeKey(ref, "Name", "vexaFileSystem", fsName, &message));
+            if (fsName.given()) {
+                ts_log(0, "VexaProvider::extractParamValueFromOP", "%s = %s\n",
+                       "LinkFileset FileSystemName", fsName.get());
+            }
         } else if (name == "vexaFileset") {
             CIMObjectPath ref;
             accepted &=
                 methods::readReference(value, "vexaFileset", ref, &message) &&
                 (value.isNull() || takeKey(ref, "Name", "vexaFileset", filesetName, &message));
+            if (filesetName.given()) {
+                ts_log(0, "VexaProvider::extractParamValueFromOP", "%s = %s\n",
+                       "LinkFileset FileSetName", filesetName.get());
+            }
         } else if (name == "vexaJunctionPath") {
             accepted &= methods::readString(value, "vexaJunctionPath", junctionPath, &message);
         }

@@ -30,7 +30,6 @@ void VexaProvider::invokeMethod(const OperationContext&, const CIMObjectPath& ob
             // The order is part of the contract: the last row takes every
             // name that matched nothing above it.
             if (methodName.equal(CIMName("ModifyNode"))) {
-                ts_log(0, "VexaProvider::invokeMethod", "ModifyNode\n");
                 rc = modifyNode(inParameters, handler);
             } else if (methodName.equal(CIMName("CreateFileset"))) {
                 rc = createFileset(inParameters, out);

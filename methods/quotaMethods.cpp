@@ -83,7 +83,9 @@ Uint32 VexaProvider::editQuota(const Array<CIMParamValue>& in, Array<CIMParamVal
     bool mountPointKnown = false;
     std::string mountPoint;
     if (rc == 0) {
-        PollingLock polling(pollingHandler);
+        // The refresh rewrites the snapshot's records while it holds the
+        // cache for writing, so they are read under the cache lock.
+        CacheReadLock lock(*this);
         for (FilesystemInfo* fs : clusterInfo->fsList) {
             if (std::strcmp(fs->name, fsName.get()) == 0) {
                 found = true;
