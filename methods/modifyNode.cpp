@@ -20,8 +20,8 @@ PEGASUS_USING_PEGASUS;
 // the library refuses to queue returns the library's code.
 Uint32 VexaProvider::modifyNode(const Array<CIMParamValue>& inParameters,
                                 MethodResultResponseHandler& handler) {
+    // The dispatch in invokeMethod has logged the method's name.
     static const char* const fn = "VexaProvider::modifyNode";
-    ts_log(0, fn, "ModifyNode\n");
 
     // Empty when no parameter is given; the command then reports the error.
     char argBuf[1024] = {};

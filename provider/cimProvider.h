@@ -25,6 +25,7 @@
 #include <sys/time.h>
 
 #include <deque>
+#include <string>
 
 #include "classNames.h"
 
@@ -141,6 +142,50 @@ public:
     // Asynchronous jobs: methods/modificationIndications.cpp. A new job reads
     // "JobState" 3; the library's completion callback sets it to 7.
     Pegasus::CIMInstance createConcreteJobInstance(Pegasus::String name);
+
+    // Method parameters: methods/methodParameters.cpp. dst is always a
+    // 256-byte record field.
+    bool extractParamValueFromOP(Pegasus::CIMObjectPath path, const char* keyName,
+                                 const char* label, char* dst);
+    void validateAndAcceptOptionalParam(const char* src, const char* name, char* dst);
+    int validateAndAcceptMandatoryParam(const char* src, const char* name, char* dst,
+                                        std::string* message);
+    void freeCharMemory(char* p);
+
+    // Fileset methods: methods/filesetMethods.cpp. Each body appends its
+    // out-parameters to out and returns the method's return code.
+    Pegasus::Uint32 createFileset(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                                  Pegasus::Array<Pegasus::CIMParamValue>& out);
+    Pegasus::Uint32 deleteFileset(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                                  Pegasus::Array<Pegasus::CIMParamValue>& out);
+    Pegasus::Uint32 editFileset(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                                Pegasus::Array<Pegasus::CIMParamValue>& out);
+    Pegasus::Uint32 linkFileset(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                                Pegasus::Array<Pegasus::CIMParamValue>& out);
+    Pegasus::Uint32 unlinkFileset(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                                  Pegasus::Array<Pegasus::CIMParamValue>& out);
+
+    // The cached fileset instances kept true after a method changed them:
+    // methods/filesetCache.cpp. Called with the write lock held.
+    int addFilesetToInstanceList(Pegasus::CIMObjectPath fileSystemPath,
+                                 Pegasus::CIMInstance fileset);
+    int deleteFilesetFromInstanceList(Pegasus::String fileSystemName, Pegasus::String filesetName);
+    // Adds fileset under the cached file system named fsName; false, and the
+    // cache unchanged, when that file system is not cached.
+    bool addFilesetToOwningFileSystem(const char* fsName, Pegasus::CIMInstance fileset);
+
+    // Quota, ownership and ACL methods: methods/quotaMethods.cpp and
+    // methods/junctionMethods.cpp.
+    Pegasus::Uint32 editQuota(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                              Pegasus::Array<Pegasus::CIMParamValue>& out);
+    Pegasus::Uint32
+    changeOwnerAndOrGroup(const Pegasus::Array<Pegasus::CIMParamValue>& inParameters);
+    // Both junction methods; acl selects the ACL copy instead of the owner.
+    Pegasus::Uint32
+    changeFilesetJunction(bool acl, const Pegasus::Array<Pegasus::CIMParamValue>& inParameters,
+                          Pegasus::Array<Pegasus::CIMParamValue>& out);
+    // Called with the write lock held.
+    bool findLinkedFileset(FileSet* fileset, std::string* message);
 
     // Connection to the management library.
     int initVexaHandler();

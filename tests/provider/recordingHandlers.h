@@ -10,6 +10,8 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <string>
+#include <vector>
 
 struct HandlerCalls {
     std::atomic<int> processing{0};
@@ -112,22 +114,35 @@ private:
     Pegasus::Array<Pegasus::CIMInstance> indications_;
 };
 
+// Records a method's answer: the out-parameters by name, every return value
+// in delivery order, and the order of the handler calls ("processing",
+// "params", "param", "value", "complete").
 class RecordingMethodHandler : public Pegasus::MethodResultResponseHandler {
 public:
-    HandlerCalls calls;
+    std::vector<std::string> order;
     Pegasus::Array<Pegasus::CIMParamValue> outParameters;
     Pegasus::Array<Pegasus::CIMValue> returnValues;
-    void processing() override { calls.processing++; }
-    void complete() override { calls.complete++; }
+    void processing() override { order.push_back("processing"); }
+    void complete() override { order.push_back("complete"); }
     void deliverParamValue(const Pegasus::CIMParamValue& value) override {
+        order.push_back("param");
         outParameters.append(value);
     }
     void deliverParamValue(const Pegasus::Array<Pegasus::CIMParamValue>& values) override {
+        order.push_back("params");
         outParameters.appendArray(values);
     }
     void deliver(const Pegasus::CIMValue& value) override {
-        calls.delivered++;
+        order.push_back("value");
         returnValues.append(value);
+    }
+    // The out-parameter's value as text, or "<none>".
+    std::string out(const char* name) const {
+        for (Pegasus::Uint32 i = 0; i < outParameters.size(); i++) {
+            if (outParameters[i].getParameterName() == name)
+                return (const char*)outParameters[i].getValue().toString().getCString();
+        }
+        return "<none>";
     }
 };
 
