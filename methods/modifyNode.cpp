@@ -14,14 +14,14 @@
 
 PEGASUS_USING_PEGASUS;
 
-// Only the first in-parameter is applied: the command takes one setting per
-// job, and the job's reference must say which. The return code is 0 however
-// the command ends; its outcome arrives later through the job. Only a task
-// the library refuses to queue returns the library's code.
+// Only the first in-parameter is applied: one job carries one setting, and
+// further parameters are ignored rather than refused. The return code is 0
+// however the command ends; its outcome arrives later through the job. Only
+// a task the library refuses to queue returns the library's code.
 Uint32 VexaProvider::modifyNode(const Array<CIMParamValue>& inParameters,
                                 MethodResultResponseHandler& handler) {
+    // The dispatch in invokeMethod has logged the method's name.
     static const char* const fn = "VexaProvider::modifyNode";
-    ts_log(0, fn, "ModifyNode\n");
 
     // Empty when no parameter is given; the command then reports the error.
     char argBuf[1024] = {};

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <memory>
 #include <thread>
 
@@ -237,6 +238,29 @@ TEST_F(OperationsTest, MethodCallsRoundTripWithTypedParameters) {
     CommandResult unknown = wbemcli({"cm", service, "Explode"});
     EXPECT_NE(unknown.exitCode, 0);
     EXPECT_NE(unknown.err.find("CIM_ERR_METHOD_NOT_FOUND"), std::string::npos) << unknown.err;
+}
+
+TEST_F(OperationsTest, ModifyNodeAnswersWithAJobThatCompletes) {
+    CommandResult call = wbemcli(
+        {"cm", server->url(":KOR_VEXA_ClusterConfigurationService"), "ModifyNode.pagepool=4G"});
+    ASSERT_EQ(call.exitCode, 0) << call.err;
+    const std::string job = "root/cimv2:KOR_VEXA_ConcreteJob.InstanceID=";
+    size_t at = call.out.find("ModifyNode: 0, Job (reference): " + job);
+    ASSERT_NE(at, std::string::npos) << call.out;
+    std::string path = lines(call.out.substr(call.out.find(job, at)))[0];
+
+    // The task runs on the library's thread; the job reads 7 once it has.
+    std::string state;
+    for (int attempt = 0; attempt < 50 && state.find("JobState=7") == std::string::npos;
+         attempt++) {
+        if (attempt > 0) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        }
+        CommandResult fetched = wbemcli({"gi", server->url(path.substr(10))});
+        ASSERT_EQ(fetched.exitCode, 0) << fetched.err;
+        state = fetched.out;
+    }
+    EXPECT_NE(state.find("Name=\"qzchconfig\",JobState=7"), std::string::npos) << state;
 }
 
 } // namespace
