@@ -109,14 +109,18 @@ TEST(CIMInstance, UninitialisedHandleRefusesEverything) {
     EXPECT_THROW(makeDisk().identical(empty), UninitializedObjectException);
 }
 
-TEST(CIMInstance, IdenticalComparesContentNotOrder) {
+TEST(CIMInstance, IdenticalComparesContentInOrder) {
     CIMInstance a = makeDisk();
     CIMInstance b(CIMName("VX_DISK"));
-    b.addProperty(CIMProperty(CIMName("Size"), CIMValue(Uint64(100))));
     b.addProperty(CIMProperty(CIMName("Name"), CIMValue(String("d1"))));
+    b.addProperty(CIMProperty(CIMName("Size"), CIMValue(Uint64(100))));
     EXPECT_TRUE(a.identical(b));
-    b.getProperty(0).setValue(CIMValue(Uint64(101)));
+    b.getProperty(1).setValue(CIMValue(Uint64(101)));
     EXPECT_FALSE(a.identical(b));
+    CIMInstance swapped(CIMName("Vx_Disk"));
+    swapped.addProperty(CIMProperty(CIMName("Size"), CIMValue(Uint64(100))));
+    swapped.addProperty(CIMProperty(CIMName("Name"), CIMValue(String("d1"))));
+    EXPECT_FALSE(a.identical(swapped));
     EXPECT_FALSE(a.identical(CIMInstance(CIMName("Vx_Disk"))));
 }
 
