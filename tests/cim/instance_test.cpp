@@ -192,16 +192,17 @@ TEST(CIMObject, ToStringRendersClassesAndInstances) {
 
     std::string xml = text(CIMObject(instance).toString());
     EXPECT_EQ(xml.rfind("<INSTANCE CLASSNAME=\"Vx_Disk\" >\n", 0), 0u) << xml;
-    EXPECT_NE(xml.find("<PROPERTY.REFERENCE NAME=\"Owner\" REFERENCECLASS=\"Vx_Pool\">"),
+    EXPECT_NE(xml.find("<PROPERTY.REFERENCE NAME=\"Owner\"  REFERENCECLASS=\"Vx_Pool\">"),
               std::string::npos)
         << xml;
     EXPECT_NE(xml.find("<LOCALINSTANCEPATH>"), std::string::npos) << xml;
     EXPECT_NE(xml.find("<KEYVALUE VALUETYPE=\"numeric\">3</KEYVALUE>"), std::string::npos);
-    EXPECT_NE(xml.find("<PROPERTY.ARRAY NAME=\"States\" TYPE=\"uint16\">\n<VALUE.ARRAY>\n"
+    EXPECT_NE(xml.find("<PROPERTY.ARRAY NAME=\"States\"  TYPE=\"uint16\">\n<VALUE.ARRAY>\n"
                        "<VALUE>2</VALUE>\n</VALUE.ARRAY>\n</PROPERTY.ARRAY>"),
               std::string::npos)
         << xml;
-    EXPECT_NE(xml.find("<PROPERTY NAME=\"Unset\" TYPE=\"string\">\n</PROPERTY>"), std::string::npos)
+    EXPECT_NE(xml.find("<PROPERTY NAME=\"Unset\"  TYPE=\"string\">\n</PROPERTY>"),
+              std::string::npos)
         << xml;
 
     CIMClass diskClass = makeDiskClass();
@@ -209,8 +210,11 @@ TEST(CIMObject, ToStringRendersClassesAndInstances) {
     method.addParameter(CIMParameter(CIMName("Force"), CIMTYPE_BOOLEAN));
     diskClass.addMethod(method);
     std::string classXml = text(CIMObject(diskClass).toString());
-    EXPECT_EQ(classXml.rfind("<CLASS NAME=\"Vx_Disk\" SUPERCLASS=\"Vx_Element\" >\n", 0), 0u)
+    EXPECT_EQ(classXml.rfind("<CLASS NAME=\"Vx_Disk\"  SUPERCLASS=\"Vx_Element\" >\n", 0), 0u)
         << classXml;
+    EXPECT_NE(classXml.find("<QUALIFIER NAME=\"Key\" TYPE=\"boolean\" OVERRIDABLE=\"false\" "
+                            "TOSUBCLASS=\"false\">"),
+              std::string::npos);
     EXPECT_NE(classXml.find("<METHOD NAME=\"Rescan\" TYPE=\"uint32\">"), std::string::npos);
     EXPECT_NE(classXml.find("<PARAMETER NAME=\"Force\" TYPE=\"boolean\">"), std::string::npos);
 }

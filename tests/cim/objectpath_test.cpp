@@ -128,9 +128,9 @@ TEST(CIMObjectPathParse, RejectsMalformedNamesWithTheReason) {
     EXPECT_EQ(parseError("//bad host/root:A"),
               "malformed object name: //bad host/root:A, reason:\"invalid hostname\"");
     const char* rejected[] = {
-        "",           "//h/C.k=1",     "//h",  "A.k=+1",    "A.k=012", "A.k=yes",
+        "",           "//h/C.k=1",     "//h",  "A.k=+1",    "A.k=012",  "A.k=yes",
         "A.k=\"open", "A.k=\"a\\nb\"", "A.k",  "//h/:C",    "//h//r:A", "9A",
-        "root/:A",    "A.k=\"x\"y",    "A.=1", "//-x/ns:A", "A.k=0x",  "A.k=--1",
+        "root/:A",    "A.k=\"x\"y",    "A.=1", "//-x/ns:A", "A.k=0x",   "A.k=--1",
     };
     for (const char* input : rejected) {
         std::string message = parseError(input);

@@ -152,7 +152,9 @@ TEST(ProviderExceptions, CarryTheirStatusCodesAndMessages) {
     EXPECT_THROW(throw CIMAccessDeniedException("no"), Exception);
 }
 
-TEST(CIMOMHandle, EveryCallBackIntoTheServerIsUnsupported) {
+// With no server attached, what fails differs (the bundled handle refuses,
+// OpenPegasus's tries to connect as a client), but every call throws.
+TEST(CIMOMHandle, CallsWithoutAServerThrow) {
     CIMOMHandle handle;
     CIMOMHandle kept(handle);
     kept = handle;
@@ -161,29 +163,26 @@ TEST(CIMOMHandle, EveryCallBackIntoTheServerIsUnsupported) {
     const CIMName className("CIM_Thing");
     const CIMObjectPath path("root/cimv2:CIM_Thing.k=1");
 
-    auto expectNotSupported = [](auto operation, const char* name) {
+    auto expectThrows = [](auto operation, const char* name) {
         try {
             operation();
             ADD_FAILURE() << name << " did not throw";
-        } catch (const CIMException& e) {
-            EXPECT_EQ(e.getCode(), CIM_ERR_NOT_SUPPORTED) << name;
-            EXPECT_NE(text(e.getMessage()).find(name), std::string::npos)
-                << "message does not name " << name << ": " << text(e.getMessage());
+        } catch (const Exception&) {
         }
     };
-    expectNotSupported(
+    expectThrows(
         [&] { kept.getClass(context, ns, className, false, true, false, CIMPropertyList()); },
         "getClass");
-    expectNotSupported([&] { kept.enumerateInstanceNames(context, ns, className); },
-                       "enumerateInstanceNames");
-    expectNotSupported([&] { kept.deleteInstance(context, ns, path); }, "deleteInstance");
-    expectNotSupported(
+    expectThrows([&] { kept.enumerateInstanceNames(context, ns, className); },
+                 "enumerateInstanceNames");
+    expectThrows([&] { kept.deleteInstance(context, ns, path); }, "deleteInstance");
+    expectThrows(
         [&] {
             Array<CIMParamValue> out;
             kept.invokeMethod(context, ns, path, CIMName("Go"), Array<CIMParamValue>(), out);
         },
         "invokeMethod");
-    expectNotSupported([&] { kept.execQuery(context, ns, "WQL", "SELECT * FROM X"); }, "execQuery");
+    expectThrows([&] { kept.execQuery(context, ns, "WQL", "SELECT * FROM X"); }, "execQuery");
 
     kept.disallowProviderUnload();
     kept.allowProviderUnload();

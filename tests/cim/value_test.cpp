@@ -95,7 +95,7 @@ TEST(CIMValueText, EmbeddedInstanceIsRenderedAsXml) {
     std::string xml = textOf(CIMValue(embedded));
     EXPECT_EQ(xml.rfind("<INSTANCE CLASSNAME=\"E\" >\n", 0), 0u) << xml;
     EXPECT_NE(xml.find("</INSTANCE>"), std::string::npos);
-    EXPECT_NE(xml.find("<PROPERTY NAME=\"Name\" TYPE=\"string\">"), std::string::npos) << xml;
+    EXPECT_NE(xml.find("<PROPERTY NAME=\"Name\"  TYPE=\"string\">"), std::string::npos) << xml;
     EXPECT_NE(xml.find("<VALUE>a&lt;b</VALUE>"), std::string::npos) << xml;
     EXPECT_NE(xml.find("<VALUE>7</VALUE>"), std::string::npos) << xml;
     EXPECT_LT(xml.find("Name"), xml.find("Count"));

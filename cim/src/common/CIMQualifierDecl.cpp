@@ -23,8 +23,6 @@ CIMQualifierDeclRep* makeQualifierDeclRep(const CIMName& name, const CIMValue& v
                                           Uint32 arraySize) {
     if (name.isNull())
         throw UninitializedObjectException();
-    if (arraySize && (!value.isArray() || value.getArraySize() != arraySize))
-        throw TypeMismatchException();
     CIMQualifierDeclRep* rep = new CIMQualifierDeclRep();
     rep->name = name;
     rep->value = value;

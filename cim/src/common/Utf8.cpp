@@ -41,13 +41,12 @@ Uint32 sequenceLength(unsigned char lead) {
 }
 
 // The second byte has a narrower range after some lead bytes; that is what
-// rules out overlong forms, surrogates and values beyond U+10FFFF.
+// rules out overlong forms and values beyond U+10FFFF. Encoded surrogates
+// (ED A0..BF) pass, as OpenPegasus lets them through.
 bool validSecondByte(unsigned char lead, unsigned char second) {
     switch (lead) {
     case 0xE0:
         return second >= 0xA0 && second <= 0xBF;
-    case 0xED:
-        return second >= 0x80 && second <= 0x9F;
     case 0xF0:
         return second >= 0x90 && second <= 0xBF;
     case 0xF4:
