@@ -35,8 +35,6 @@ void AcceptLanguageList::insert(const LanguageTag& languageTag, Real32 qualityVa
     if (!(qualityValue >= 0.0f && qualityValue <= 1.0f)) {
         throw Exception("invalid language quality value");
     }
-    // A null tag throws here, before anything is stored.
-    (void)languageTag.toString();
 
     // Highest quality first; among equal qualities the earlier insert wins,
     // which is the order in which a client listed them.

@@ -19,13 +19,12 @@ bool isAsciiDigit(Uint16 c) { return c >= '0' && c <= '9'; }
 
 // Splits "lang[-sub]*" and checks each part: the primary subtag is 1 to 8
 // letters, later subtags 1 to 8 letters or digits. A lone "*" is the
-// wildcard that Accept-Language lists may carry.
+// wildcard that Accept-Language lists may carry; it names no language, so
+// its language part stays empty, as in OpenPegasus.
 bool parseTag(const String& tag, LanguageTagRep& rep) {
     const Uint32 n = tag.size();
-    if (n == 1 && Uint16(tag[0]) == '*') {
-        rep.language = tag;
+    if (n == 1 && Uint16(tag[0]) == '*')
         return true;
-    }
     String subtags[2];
     Uint32 subtagCount = 0;
     Uint32 start = 0;
