@@ -189,6 +189,7 @@ TEST(CIMObject, ToStringRendersClassesAndInstances) {
     states.append(2);
     instance.addProperty(CIMProperty(CIMName("States"), CIMValue(states)));
     instance.addProperty(CIMProperty(CIMName("Unset"), CIMValue(CIMTYPE_STRING, false)));
+    instance.addProperty(CIMProperty(CIMName("Ratio"), CIMValue(Real32(1.5f))));
 
     std::string xml = text(CIMObject(instance).toString());
     EXPECT_EQ(xml.rfind("<INSTANCE CLASSNAME=\"Vx_Disk\" >\n", 0), 0u) << xml;
@@ -204,6 +205,7 @@ TEST(CIMObject, ToStringRendersClassesAndInstances) {
     EXPECT_NE(xml.find("<PROPERTY NAME=\"Unset\"  TYPE=\"string\">\n</PROPERTY>"),
               std::string::npos)
         << xml;
+    EXPECT_NE(xml.find("<VALUE>1.5000000e+00</VALUE>"), std::string::npos) << xml;
 
     CIMClass diskClass = makeDiskClass();
     CIMMethod method(CIMName("Rescan"), CIMTYPE_UINT32);

@@ -152,9 +152,12 @@ TEST(ProviderExceptions, CarryTheirStatusCodesAndMessages) {
     EXPECT_THROW(throw CIMAccessDeniedException("no"), Exception);
 }
 
-// With no server attached, what fails differs (the bundled handle refuses,
-// OpenPegasus's tries to connect as a client), but every call throws.
-TEST(CIMOMHandle, CallsWithoutAServerThrow) {
+TEST(CIMOMHandle, EveryCallBackIntoTheServerIsUnsupported) {
+#ifdef VEXA_CIM_TESTS_AGAINST_OPENPEGASUS
+    // OpenPegasus's handle outside a server is a client of whatever local
+    // server runs, so what its calls do depends on the machine.
+    GTEST_SKIP() << "depends on a local CIM server";
+#endif
     CIMOMHandle handle;
     CIMOMHandle kept(handle);
     kept = handle;
@@ -163,26 +166,29 @@ TEST(CIMOMHandle, CallsWithoutAServerThrow) {
     const CIMName className("CIM_Thing");
     const CIMObjectPath path("root/cimv2:CIM_Thing.k=1");
 
-    auto expectThrows = [](auto operation, const char* name) {
+    auto expectNotSupported = [](auto operation, const char* name) {
         try {
             operation();
             ADD_FAILURE() << name << " did not throw";
-        } catch (const Exception&) {
+        } catch (const CIMException& e) {
+            EXPECT_EQ(e.getCode(), CIM_ERR_NOT_SUPPORTED) << name;
+            EXPECT_NE(text(e.getMessage()).find(name), std::string::npos)
+                << "message does not name " << name << ": " << text(e.getMessage());
         }
     };
-    expectThrows(
+    expectNotSupported(
         [&] { kept.getClass(context, ns, className, false, true, false, CIMPropertyList()); },
         "getClass");
-    expectThrows([&] { kept.enumerateInstanceNames(context, ns, className); },
-                 "enumerateInstanceNames");
-    expectThrows([&] { kept.deleteInstance(context, ns, path); }, "deleteInstance");
-    expectThrows(
+    expectNotSupported([&] { kept.enumerateInstanceNames(context, ns, className); },
+                       "enumerateInstanceNames");
+    expectNotSupported([&] { kept.deleteInstance(context, ns, path); }, "deleteInstance");
+    expectNotSupported(
         [&] {
             Array<CIMParamValue> out;
             kept.invokeMethod(context, ns, path, CIMName("Go"), Array<CIMParamValue>(), out);
         },
         "invokeMethod");
-    expectThrows([&] { kept.execQuery(context, ns, "WQL", "SELECT * FROM X"); }, "execQuery");
+    expectNotSupported([&] { kept.execQuery(context, ns, "WQL", "SELECT * FROM X"); }, "execQuery");
 
     kept.disallowProviderUnload();
     kept.allowProviderUnload();

@@ -86,7 +86,12 @@ TEST(String, RejectsInvalidUtf8WithTheOffendingIndex) {
         std::string expected = std::string(prefix) + c.index + " is not valid UTF-8 encoding:";
         EXPECT_EQ(message.compare(0, expected.size(), expected), 0) << message;
     }
-    EXPECT_NO_THROW(String("\xED\xA0\x80")); // an encoded surrogate passes
+    // An encoded surrogate and U+FFFF pass, each as one replacement character.
+    String replaced("a\xED\xA0\x80"
+                    "b\xEF\xBF\xBF");
+    EXPECT_EQ(replaced.size(), 4u);
+    EXPECT_EQ(Uint16(replaced[1]), 0xFFFDu);
+    EXPECT_EQ(Uint16(replaced[3]), 0xFFFDu);
     std::string counted = messageOf([] { String s("ab\xC3", 3); });
     EXPECT_NE(counted.find("index 2"), std::string::npos) << counted;
 }

@@ -2,6 +2,7 @@
 #include "ValueElementText.h"
 #include <Pegasus/Common/CIMParameter.h>
 #include <Pegasus/Common/CIMQualifier.h>
+#include <cstdio>
 #include <string>
 
 PEGASUS_NAMESPACE_BEGIN
@@ -148,7 +149,8 @@ private:
             referenceValue(v);
             return;
         }
-        std::vector<String> texts = valueElementTexts(v);
+        std::vector<String> texts =
+            v.getType() == CIMTYPE_REAL32 ? real32Texts(v) : valueElementTexts(v);
         if (!v.isArray()) {
             _valueLine(texts.front());
             return;
@@ -157,6 +159,26 @@ private:
         for (const String& text : texts)
             _valueLine(text);
         _out += "</VALUE.ARRAY>\n";
+    }
+
+    // The XML gives a Real32 the digits it can hold; CIMValue::toString()
+    // writes every real with Real64 precision.
+    static std::vector<String> real32Texts(const CIMValue& v) {
+        Array<Real32> reals;
+        if (v.isArray()) {
+            v.get(reals);
+        } else {
+            Real32 one = 0;
+            v.get(one);
+            reals.append(one);
+        }
+        std::vector<String> texts;
+        for (Uint32 i = 0; i < reals.size(); i++) {
+            char text[32];
+            std::snprintf(text, sizeof(text), "%.7e", static_cast<double>(reals[i]));
+            texts.push_back(String(text));
+        }
+        return texts;
     }
 
     void referenceValue(const CIMValue& v) {
