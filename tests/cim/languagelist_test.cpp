@@ -36,6 +36,8 @@ TEST(LanguageTag, SplitsSubtagsAndComparesWithoutCase) {
     EXPECT_TRUE(LanguageTag("en") != us);
     EXPECT_EQ(text(LanguageTag("*").getLanguage()), "");
     EXPECT_EQ(text(LanguageTag("*").toString()), "*");
+    EXPECT_EQ(text(LanguageTag("x-vexa").getLanguage()), "");
+    EXPECT_EQ(text(LanguageTag("x-vexa").getVariant()), "");
 
     for (const char* bad : {"", "-", "en-", "en--US", "e1", "toolongtag", "en-US!", "en_US"}) {
         EXPECT_THROW(LanguageTag{String(bad)}, Exception) << bad;

@@ -53,6 +53,12 @@ bool parseTag(const String& tag, LanguageTagRep& rep) {
         start = end + 1;
     }
 
+    // IANA-registered ("i-") and private ("x-") tags name no language of
+    // their own, so they have no parts, as in OpenPegasus.
+    if (subtags[0] == String("i") || subtags[0] == String("I") || subtags[0] == String("x") ||
+        subtags[0] == String("X")) {
+        return subtagCount > 1;
+    }
     rep.language = subtags[0];
     if (subtagCount == 1) {
         return true;
@@ -87,7 +93,7 @@ LanguageTag::LanguageTag(const String& languageTagString) : _rep(new LanguageTag
     if (!parseTag(languageTagString, *_rep)) {
         delete _rep;
         _rep = nullptr;
-        throw Exception(String("invalid language tag: ") + languageTagString);
+        throw Exception(String("Invalid language tag \"") + languageTagString + "\".");
     }
 }
 
