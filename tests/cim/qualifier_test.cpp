@@ -61,6 +61,12 @@ TEST(CIMQualifierDecl, DeclaresTypeScopeAndSize) {
     EXPECT_TRUE(decl.isArray());
     EXPECT_EQ(decl.getArraySize(), 2u);
     EXPECT_TRUE(decl.getScope().hasScope(CIMScope::PROPERTY));
+    CIMQualifierDecl plain(CIMName("P"), CIMValue(true), CIMScope::ANY, CIMFlavor());
+    EXPECT_EQ(text(plain.getFlavor().toString()), "OVERRIDABLE TOSUBCLASS");
+    CIMQualifierDecl fixed(CIMName("F"), CIMValue(true), CIMScope::ANY,
+                           CIMFlavor::RESTRICTED + CIMFlavor::DISABLEOVERRIDE +
+                               CIMFlavor::TOSUBCLASS + CIMFlavor::OVERRIDABLE);
+    EXPECT_EQ(text(fixed.getFlavor().toString()), "DISABLEOVERRIDE RESTRICTED");
     // The declared size is taken as given, even when the value has another.
     EXPECT_EQ(CIMQualifierDecl(CIMName("V"), CIMValue(values), CIMScope::ANY, CIMFlavor(), 3)
                   .getArraySize(),

@@ -27,7 +27,18 @@ CIMQualifierDeclRep* makeQualifierDeclRep(const CIMName& name, const CIMValue& v
     rep->name = name;
     rep->value = value;
     rep->scope = scope;
-    rep->flavor = flavor;
+    // A declaration always states both propagation and overriding: the
+    // default of each holds unless its opposite is set, as in OpenPegasus.
+    CIMFlavor stated = flavor;
+    if (stated.hasFlavor(CIMFlavor::RESTRICTED))
+        stated.removeFlavor(CIMFlavor::TOSUBCLASS);
+    else
+        stated.addFlavor(CIMFlavor::TOSUBCLASS);
+    if (stated.hasFlavor(CIMFlavor::DISABLEOVERRIDE))
+        stated.removeFlavor(CIMFlavor::OVERRIDABLE);
+    else
+        stated.addFlavor(CIMFlavor::OVERRIDABLE);
+    rep->flavor = stated;
     rep->arraySize = arraySize;
     return rep;
 }
