@@ -67,6 +67,8 @@ TEST(AcceptLanguageList, OrdersByQualityAndChecksItsInput) {
     EXPECT_THROW(list.insert(LanguageTag("it"), 1.5f), Exception);
     EXPECT_THROW(list.insert(LanguageTag("it"), -0.1f), Exception);
     EXPECT_EQ(list.size(), 4u);
+    EXPECT_THROW(list.getLanguageTag(4), IndexOutOfBoundsException);
+    EXPECT_THROW(list.getQualityValue(4), IndexOutOfBoundsException);
 
     AcceptLanguageList copy(list);
     list.remove(0);
