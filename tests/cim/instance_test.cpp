@@ -109,14 +109,18 @@ TEST(CIMInstance, UninitialisedHandleRefusesEverything) {
     EXPECT_THROW(makeDisk().identical(empty), UninitializedObjectException);
 }
 
-TEST(CIMInstance, IdenticalComparesContentNotOrder) {
+TEST(CIMInstance, IdenticalComparesContentInOrder) {
     CIMInstance a = makeDisk();
     CIMInstance b(CIMName("VX_DISK"));
-    b.addProperty(CIMProperty(CIMName("Size"), CIMValue(Uint64(100))));
     b.addProperty(CIMProperty(CIMName("Name"), CIMValue(String("d1"))));
+    b.addProperty(CIMProperty(CIMName("Size"), CIMValue(Uint64(100))));
     EXPECT_TRUE(a.identical(b));
-    b.getProperty(0).setValue(CIMValue(Uint64(101)));
+    b.getProperty(1).setValue(CIMValue(Uint64(101)));
     EXPECT_FALSE(a.identical(b));
+    CIMInstance swapped(CIMName("Vx_Disk"));
+    swapped.addProperty(CIMProperty(CIMName("Size"), CIMValue(Uint64(100))));
+    swapped.addProperty(CIMProperty(CIMName("Name"), CIMValue(String("d1"))));
+    EXPECT_FALSE(a.identical(swapped));
     EXPECT_FALSE(a.identical(CIMInstance(CIMName("Vx_Disk"))));
 }
 
@@ -185,28 +189,34 @@ TEST(CIMObject, ToStringRendersClassesAndInstances) {
     states.append(2);
     instance.addProperty(CIMProperty(CIMName("States"), CIMValue(states)));
     instance.addProperty(CIMProperty(CIMName("Unset"), CIMValue(CIMTYPE_STRING, false)));
+    instance.addProperty(CIMProperty(CIMName("Ratio"), CIMValue(Real32(1.5f))));
 
     std::string xml = text(CIMObject(instance).toString());
     EXPECT_EQ(xml.rfind("<INSTANCE CLASSNAME=\"Vx_Disk\" >\n", 0), 0u) << xml;
-    EXPECT_NE(xml.find("<PROPERTY.REFERENCE NAME=\"Owner\" REFERENCECLASS=\"Vx_Pool\">"),
+    EXPECT_NE(xml.find("<PROPERTY.REFERENCE NAME=\"Owner\"  REFERENCECLASS=\"Vx_Pool\">"),
               std::string::npos)
         << xml;
     EXPECT_NE(xml.find("<LOCALINSTANCEPATH>"), std::string::npos) << xml;
     EXPECT_NE(xml.find("<KEYVALUE VALUETYPE=\"numeric\">3</KEYVALUE>"), std::string::npos);
-    EXPECT_NE(xml.find("<PROPERTY.ARRAY NAME=\"States\" TYPE=\"uint16\">\n<VALUE.ARRAY>\n"
+    EXPECT_NE(xml.find("<PROPERTY.ARRAY NAME=\"States\"  TYPE=\"uint16\">\n<VALUE.ARRAY>\n"
                        "<VALUE>2</VALUE>\n</VALUE.ARRAY>\n</PROPERTY.ARRAY>"),
               std::string::npos)
         << xml;
-    EXPECT_NE(xml.find("<PROPERTY NAME=\"Unset\" TYPE=\"string\">\n</PROPERTY>"), std::string::npos)
+    EXPECT_NE(xml.find("<PROPERTY NAME=\"Unset\"  TYPE=\"string\">\n</PROPERTY>"),
+              std::string::npos)
         << xml;
+    EXPECT_NE(xml.find("<VALUE>1.5000000e+00</VALUE>"), std::string::npos) << xml;
 
     CIMClass diskClass = makeDiskClass();
     CIMMethod method(CIMName("Rescan"), CIMTYPE_UINT32);
     method.addParameter(CIMParameter(CIMName("Force"), CIMTYPE_BOOLEAN));
     diskClass.addMethod(method);
     std::string classXml = text(CIMObject(diskClass).toString());
-    EXPECT_EQ(classXml.rfind("<CLASS NAME=\"Vx_Disk\" SUPERCLASS=\"Vx_Element\" >\n", 0), 0u)
+    EXPECT_EQ(classXml.rfind("<CLASS NAME=\"Vx_Disk\"  SUPERCLASS=\"Vx_Element\" >\n", 0), 0u)
         << classXml;
+    EXPECT_NE(classXml.find("<QUALIFIER NAME=\"Key\" TYPE=\"boolean\" OVERRIDABLE=\"false\" "
+                            "TOSUBCLASS=\"false\">"),
+              std::string::npos);
     EXPECT_NE(classXml.find("<METHOD NAME=\"Rescan\" TYPE=\"uint32\">"), std::string::npos);
     EXPECT_NE(classXml.find("<PARAMETER NAME=\"Force\" TYPE=\"boolean\">"), std::string::npos);
 }

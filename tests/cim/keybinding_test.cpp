@@ -109,7 +109,8 @@ TEST(CIMKeyBinding, EqualReadsTheKeyAsTheValuesType) {
     CIMKeyBinding name(CIMName("n"), String("d1"), CIMKeyBinding::STRING);
     EXPECT_TRUE(name.equal(CIMValue(String("d1"))));
     EXPECT_FALSE(name.equal(CIMValue(String("D1"))));
-    EXPECT_FALSE(name.equal(CIMValue(Char16('d'))));
+    EXPECT_TRUE(name.equal(CIMValue(Char16('d'))));
+    EXPECT_FALSE(name.equal(CIMValue(Char16('1'))));
 
     CIMKeyBinding flag(CIMName("f"), String("true"), CIMKeyBinding::BOOLEAN);
     EXPECT_TRUE(flag.equal(CIMValue(true)));

@@ -60,9 +60,10 @@ TEST(CIMPropertyList, RejectsNullNamesAndDeduplicatesAppends) {
     illegal.append("not-a-name");
     EXPECT_THROW(list.append(illegal), InvalidNameException);
 
-    list.appendCIMNameTag(7);
-    EXPECT_EQ(list.getCIMNameTag(0), 7u);
-    EXPECT_THROW(list.getCIMNameTag(1), IndexOutOfBoundsException);
+    CIMPropertyList tagged;
+    tagged.appendCIMNameTag(7);
+    EXPECT_EQ(tagged.getCIMNameTag(0), 7u);
+    EXPECT_THROW(tagged.getCIMNameTag(1), IndexOutOfBoundsException);
 }
 
 TEST(CIMPropertyList, CopiesAreIndependentValues) {

@@ -153,6 +153,11 @@ TEST(ProviderExceptions, CarryTheirStatusCodesAndMessages) {
 }
 
 TEST(CIMOMHandle, EveryCallBackIntoTheServerIsUnsupported) {
+#ifdef VEXA_CIM_TESTS_AGAINST_OPENPEGASUS
+    // OpenPegasus's handle outside a server is a client of whatever local
+    // server runs, so what its calls do depends on the machine.
+    GTEST_SKIP() << "depends on a local CIM server";
+#endif
     CIMOMHandle handle;
     CIMOMHandle kept(handle);
     kept = handle;

@@ -107,9 +107,10 @@ TEST(CIMValueEmbedded, ObjectAndInstanceTypesStayDistinct) {
     CIMInstance outer(CIMName("Outer"));
     outer.addProperty(CIMProperty(CIMName("Inner"), asObject));
     std::string xml = text(CIMObject(outer).toString());
-    EXPECT_NE(xml.find("<PROPERTY NAME=\"Inner\" TYPE=\"string\" EmbeddedObject=\"object\">"),
+    EXPECT_NE(xml.find("<PROPERTY NAME=\"Inner\"  TYPE=\"string\" EmbeddedObject=\"object\" "
+                       "EMBEDDEDOBJECT=\"object\">"),
               std::string::npos)
         << xml;
-    EXPECT_NE(xml.find("&lt;INSTANCE CLASSNAME=\"E\" &gt;"), std::string::npos) << xml;
+    EXPECT_NE(xml.find("&lt;INSTANCE CLASSNAME=&quot;E&quot; &gt;&#10;"), std::string::npos) << xml;
     EXPECT_NE(xml.find("R&amp;amp;D"), std::string::npos) << xml;
 }

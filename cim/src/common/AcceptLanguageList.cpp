@@ -33,10 +33,9 @@ Uint32 AcceptLanguageList::size() const { return Uint32(_rep->entries.size()); }
 void AcceptLanguageList::insert(const LanguageTag& languageTag, Real32 qualityValue) {
     // Written as a negated range test so that NaN is refused too.
     if (!(qualityValue >= 0.0f && qualityValue <= 1.0f)) {
-        throw Exception("invalid language quality value");
+        throw Exception(
+            "invalid acceptlanguage header: AcceptLanguage contains an invalid quality value");
     }
-    // A null tag throws here, before anything is stored.
-    (void)languageTag.toString();
 
     // Highest quality first; among equal qualities the earlier insert wins,
     // which is the order in which a client listed them.

@@ -337,7 +337,15 @@ CIMDateTime& CIMDateTime::operator=(const CIMDateTime& x) {
 
 String CIMDateTime::toString() const { return format(*_rep); }
 
-void CIMDateTime::set(const String& str) { *_rep = parse(str); }
+// A text that fails to parse leaves the value cleared, as OpenPegasus's does.
+void CIMDateTime::set(const String& str) {
+    try {
+        *_rep = parse(str);
+    } catch (...) {
+        clear();
+        throw;
+    }
+}
 
 void CIMDateTime::clear() { *_rep = CIMDateTimeRep(); }
 

@@ -24,7 +24,8 @@ const CIMFlavor CIMFlavor::TOSUBCLASS = CIMFlavor(Uint32(FLAVOR_TOSUBCLASS));
 const CIMFlavor CIMFlavor::RESTRICTED = CIMFlavor(Uint32(FLAVOR_RESTRICTED));
 const CIMFlavor CIMFlavor::TOINSTANCE = CIMFlavor(Uint32(FLAVOR_TOINSTANCE));
 const CIMFlavor CIMFlavor::TRANSLATABLE = CIMFlavor(Uint32(FLAVOR_TRANSLATABLE));
-const CIMFlavor CIMFlavor::TOSUBELEMENTS = CIMFlavor(Uint32(FLAVOR_TOSUBCLASS | FLAVOR_TOINSTANCE));
+// The same bit as TOSUBCLASS, as in OpenPegasus: instances are no sub-elements.
+const CIMFlavor CIMFlavor::TOSUBELEMENTS = CIMFlavor(Uint32(FLAVOR_TOSUBCLASS));
 const CIMFlavor CIMFlavor::DEFAULTS = CIMFlavor(Uint32(FLAVOR_OVERRIDABLE | FLAVOR_TOSUBCLASS));
 
 CIMFlavor::CIMFlavor() : cimFlavor(FLAVOR_NONE) {}

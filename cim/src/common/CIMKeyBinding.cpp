@@ -132,7 +132,9 @@ bool keyTextAsValue(const String& text, CIMType type, CIMValue& value) {
         value = CIMValue(real);
         return true;
     case CIMTYPE_CHAR16:
-        if (text.size() != 1)
+        // Only the first character is read: a Char16 property matches a
+        // key whose text merely starts with it, as OpenPegasus does.
+        if (text.size() == 0)
             return false;
         value = CIMValue(text[0]);
         return true;

@@ -168,21 +168,33 @@ void CIMObjectPath::clear() {
     _rep->keyBindings.clear();
 }
 
+// The keys are stored before they are normalised: a reference key that is
+// no path throws and leaves them stored as given, as OpenPegasus does.
 void CIMObjectPath::set(const String& host, const CIMNamespaceName& nameSpace,
                         const CIMName& className, const Array<CIMKeyBinding>& keyBindings) {
     checkHost(host);
-    Array<CIMKeyBinding> keys = keyBindings;
-    normaliseKeyBindings(keys);
     _detach();
     _rep->host = host;
     _rep->nameSpace = nameSpace;
     _rep->className = className;
-    _rep->keyBindings = keys;
+    _rep->keyBindings = keyBindings;
+    normaliseKeyBindings(_rep->keyBindings);
 }
 
+// A text that fails to parse leaves the path holding the parts read before
+// the fault, as OpenPegasus's does.
 void CIMObjectPath::set(const String& objectName) {
     clear();
-    ObjectPathParts parts = parseObjectPath(objectName);
+    ObjectPathParts parts;
+    try {
+        parseObjectPath(objectName, parts);
+    } catch (...) {
+        _rep->host = parts.host;
+        _rep->nameSpace = parts.nameSpace;
+        _rep->className = parts.className;
+        _rep->keyBindings = parts.keyBindings;
+        throw;
+    }
     set(parts.host, parts.nameSpace, parts.className, parts.keyBindings);
 }
 
@@ -212,10 +224,9 @@ void CIMObjectPath::setClassName(const CIMName& className) {
 const Array<CIMKeyBinding>& CIMObjectPath::getKeyBindings() const { return _rep->keyBindings; }
 
 void CIMObjectPath::setKeyBindings(const Array<CIMKeyBinding>& keyBindings) {
-    Array<CIMKeyBinding> keys = keyBindings;
-    normaliseKeyBindings(keys);
     _detach();
-    _rep->keyBindings = keys;
+    _rep->keyBindings = keyBindings;
+    normaliseKeyBindings(_rep->keyBindings);
 }
 
 String CIMObjectPath::toString() const {

@@ -128,21 +128,22 @@ Array<CIMName> CIMObjectRep::keyNames() const {
     return names;
 }
 
+// Properties, methods and qualifiers are compared position by position, and
+// the whole path (keys and namespace too) must match: OpenPegasus compares
+// them so, and two objects built in different orders are not identical.
 Boolean CIMObjectRep::identical(const CIMObjectRep& x) const {
     if (this == &x)
         return true;
-    if (kind != x.kind || !className().equal(x.className()) ||
-        !superClassName.equal(x.superClassName) || !qualifiers.identical(x.qualifiers) ||
-        properties.size() != x.properties.size() || methods.size() != x.methods.size())
+    if (kind != x.kind || !path.identical(x.path) || !superClassName.equal(x.superClassName) ||
+        !qualifiers.identical(x.qualifiers) || properties.size() != x.properties.size() ||
+        methods.size() != x.methods.size())
         return false;
-    for (const CIMProperty& property : properties) {
-        Uint32 other = x.findProperty(property.getName());
-        if (other == PEG_NOT_FOUND || !property.identical(x.properties[other]))
+    for (std::size_t i = 0; i < properties.size(); i++) {
+        if (!properties[i].identical(x.properties[i]))
             return false;
     }
-    for (const CIMMethod& m : methods) {
-        Uint32 other = x.findMethod(m.getName());
-        if (other == PEG_NOT_FOUND || !m.identical(x.methods[other]))
+    for (std::size_t i = 0; i < methods.size(); i++) {
+        if (!methods[i].identical(x.methods[i]))
             return false;
     }
     return true;

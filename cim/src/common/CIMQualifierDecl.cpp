@@ -23,13 +23,22 @@ CIMQualifierDeclRep* makeQualifierDeclRep(const CIMName& name, const CIMValue& v
                                           Uint32 arraySize) {
     if (name.isNull())
         throw UninitializedObjectException();
-    if (arraySize && (!value.isArray() || value.getArraySize() != arraySize))
-        throw TypeMismatchException();
     CIMQualifierDeclRep* rep = new CIMQualifierDeclRep();
     rep->name = name;
     rep->value = value;
     rep->scope = scope;
-    rep->flavor = flavor;
+    // A declaration always states both propagation and overriding: the
+    // default of each holds unless its opposite is set, as in OpenPegasus.
+    CIMFlavor stated = flavor;
+    if (stated.hasFlavor(CIMFlavor::RESTRICTED))
+        stated.removeFlavor(CIMFlavor::TOSUBCLASS);
+    else
+        stated.addFlavor(CIMFlavor::TOSUBCLASS);
+    if (stated.hasFlavor(CIMFlavor::DISABLEOVERRIDE))
+        stated.removeFlavor(CIMFlavor::OVERRIDABLE);
+    else
+        stated.addFlavor(CIMFlavor::OVERRIDABLE);
+    rep->flavor = stated;
     rep->arraySize = arraySize;
     return rep;
 }

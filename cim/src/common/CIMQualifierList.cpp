@@ -47,9 +47,9 @@ CIMQualifierList CIMQualifierList::clone() const {
 Boolean CIMQualifierList::identical(const CIMQualifierList& x) const {
     if (_items.size() != x._items.size())
         return false;
-    for (const CIMQualifier& qualifier : _items) {
-        Uint32 other = x.find(qualifier.getName());
-        if (other == PEG_NOT_FOUND || !qualifier.identical(x._items[other]))
+    // In order, as OpenPegasus compares them.
+    for (std::size_t i = 0; i < _items.size(); i++) {
+        if (!_items[i].identical(x._items[i]))
             return false;
     }
     return true;

@@ -54,8 +54,6 @@ CIMScope CIMScope::operator+(const CIMScope& scope) const {
 }
 
 String CIMScope::toString() const {
-    if (cimScope == SCOPE_ANY)
-        return String("ANY");
     static const struct {
         Uint32 bit;
         const char* name;

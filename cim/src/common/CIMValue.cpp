@@ -116,14 +116,9 @@ template <class T>
 Boolean sameElement(const T& x, const T& y) {
     if constexpr (std::is_same_v<T, CIMObject> || std::is_same_v<T, CIMInstance>) {
         return x.identical(y);
-    } else if constexpr (std::is_same_v<T, CIMDateTime>) {
-        // A timestamp and an interval are simply different values here.
-        try {
-            return x.equal(y);
-        } catch (const Exception&) {
-            return false;
-        }
     } else {
+        // A timestamp against an interval throws TypeMismatchException, as
+        // OpenPegasus's value comparison does.
         return x == y;
     }
 }

@@ -36,7 +36,7 @@ LanguageTag ContentLanguageList::getLanguageTag(Uint32 index) const {
 void ContentLanguageList::append(const LanguageTag& languageTag) {
     // A content language is a real language: no wildcard, no null tag.
     if (languageTag.toString() == String("*")) {
-        throw Exception("invalid content language: *");
+        throw Exception("invalid contentlanguage header: Invalid language tag \"*\".");
     }
     _rep->tags.push_back(languageTag);
 }

@@ -1,6 +1,7 @@
 // Internal: which host parts an object path accepts. A host is a DNS-style
 // name, an IPv4 address or a bracketed IPv6 address, each with an optional
-// ":port".
+// ":port" (an empty port counts as none). Link-local IPv6 addresses need
+// their "%interface".
 #ifndef Pegasus_HostName_h
 #define Pegasus_HostName_h
 

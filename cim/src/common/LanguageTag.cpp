@@ -19,13 +19,12 @@ bool isAsciiDigit(Uint16 c) { return c >= '0' && c <= '9'; }
 
 // Splits "lang[-sub]*" and checks each part: the primary subtag is 1 to 8
 // letters, later subtags 1 to 8 letters or digits. A lone "*" is the
-// wildcard that Accept-Language lists may carry.
+// wildcard that Accept-Language lists may carry; it names no language, so
+// its language part stays empty, as in OpenPegasus.
 bool parseTag(const String& tag, LanguageTagRep& rep) {
     const Uint32 n = tag.size();
-    if (n == 1 && Uint16(tag[0]) == '*') {
-        rep.language = tag;
+    if (n == 1 && Uint16(tag[0]) == '*')
         return true;
-    }
     String subtags[2];
     Uint32 subtagCount = 0;
     Uint32 start = 0;
@@ -54,6 +53,12 @@ bool parseTag(const String& tag, LanguageTagRep& rep) {
         start = end + 1;
     }
 
+    // IANA-registered ("i-") and private ("x-") tags name no language of
+    // their own, so they have no parts, as in OpenPegasus.
+    if (subtags[0] == String("i") || subtags[0] == String("I") || subtags[0] == String("x") ||
+        subtags[0] == String("X")) {
+        return subtagCount > 1;
+    }
     rep.language = subtags[0];
     if (subtagCount == 1) {
         return true;
@@ -88,7 +93,7 @@ LanguageTag::LanguageTag(const String& languageTagString) : _rep(new LanguageTag
     if (!parseTag(languageTagString, *_rep)) {
         delete _rep;
         _rep = nullptr;
-        throw Exception(String("invalid language tag: ") + languageTagString);
+        throw Exception(String("Invalid language tag \"") + languageTagString + "\".");
     }
 }
 

@@ -12,14 +12,13 @@ public:
     explicit ObjectPathParser(const String& objectName)
         : _input(objectName), _text(static_cast<const char*>(objectName.getCString())) {}
 
-    ObjectPathParts parse() {
-        ObjectPathParts parts;
+    void parse(ObjectPathParts& parts) {
         Boolean hasHost = _parseHost(parts);
-        _parseNamespace(parts, hasHost);
-        _parseClassName(parts);
-        if (_at < _text.size())
+        Boolean hasNamespace = _parseNamespace(parts);
+        if (hasHost && !hasNamespace)
+            _fail("host specified, missing namespace");
+        if (_parseClassName(parts))
             _parseKeys(parts);
-        return parts;
     }
 
 private:
@@ -36,7 +35,7 @@ private:
             return false;
         std::size_t slash = _text.find('/', 2);
         if (slash == std::string::npos)
-            _fail("missing namespace");
+            _fail("missing slash after hostname");
         String host = _string(_text.substr(2, slash - 2));
         if (!isValidHostName(host))
             _fail("invalid hostname");
@@ -46,52 +45,46 @@ private:
         return true;
     }
 
-    void _parseNamespace(ObjectPathParts& parts, Boolean hasHost) {
+    Boolean _parseNamespace(ObjectPathParts& parts) {
         std::size_t colon = _text.find(':', _at);
         std::size_t dot = _text.find('.', _at);
-        if (colon == std::string::npos || (dot != std::string::npos && dot < colon)) {
-            if (hasHost)
-                _fail("missing namespace");
-            return;
-        }
-        std::string name = _text.substr(_at, colon - _at);
-        if (!name.empty() && name[0] == '/')
-            name.erase(0, 1);
-        _at = colon + 1;
-        // "//host/:Class" is how a path with a host but no namespace prints.
-        if (name.empty() && hasHost)
-            return;
-        if (!CIMNamespaceName::legal(_string(name)))
+        // A colon inside the key values is no namespace separator.
+        if (colon == std::string::npos || (dot != std::string::npos && dot < colon))
+            return false;
+        String name = _string(_text.substr(_at, colon - _at));
+        if (!CIMNamespaceName::legal(name))
             _fail("invalid namespace name");
-        parts.nameSpace = CIMNamespaceName(_string(name));
+        parts.nameSpace = CIMNamespaceName(name);
+        _at = colon + 1;
+        return true;
     }
 
-    void _parseClassName(ObjectPathParts& parts) {
+    // True when a '.' follows the class name, even with no key after it.
+    Boolean _parseClassName(ObjectPathParts& parts) {
         std::size_t dot = _text.find('.', _at);
         std::string name = _text.substr(_at, dot == std::string::npos ? dot : dot - _at);
-        if (name.empty())
-            _fail("missing class name");
         if (!CIMName::legal(_string(name)))
-            _fail("invalid class name");
+            _fail("class name " + name + " not a legal CIM name");
         parts.className = CIMName(_string(name));
-        _at = dot == std::string::npos ? _text.size() : dot;
+        _at = dot == std::string::npos ? _text.size() : dot + 1;
+        return dot != std::string::npos;
     }
 
+    // A trailing ',' ends the list like the end of the text does.
     void _parseKeys(ObjectPathParts& parts) {
-        _at++; // the '.'
-        while (true) {
+        while (_at < _text.size()) {
             std::size_t equals = _text.find('=', _at);
             if (equals == std::string::npos)
-                _fail("invalid key-value pair, missing '='");
+                _fail("invalid key-value pair, missing equal sign");
             std::string name = _text.substr(_at, equals - _at);
             if (!CIMName::legal(_string(name)))
-                _fail("invalid key-value pair, invalid key name " + name);
+                _fail("invalid key-value pair, invalid key name:" + name);
             _at = equals + 1;
             parts.keyBindings.append(_parseValue(CIMName(_string(name))));
             if (_at == _text.size())
                 return;
             if (_text[_at] != ',')
-                _fail("invalid key-value pair, missing ',' after the value of " + name);
+                _fail("invalid key-value pair, next key-value pair has to start with comma");
             _at++;
         }
     }
@@ -106,15 +99,19 @@ private:
         if (first == 'T' || first == 't' || first == 'F' || first == 'f') {
             String upper = _string(value);
             if (!String::equalNoCase(upper, "TRUE") && !String::equalNoCase(upper, "FALSE"))
-                _fail("invalid key-value pair, invalid boolean value " + value);
+                _fail("invalid key-value pair, value should be TRUE or FALSE");
             return CIMKeyBinding(name, String(first == 'T' || first == 't' ? "TRUE" : "FALSE"),
                                  CIMKeyBinding::BOOLEAN);
         }
-        Uint64 unsignedValue = 0;
-        Sint64 signedValue = 0;
-        if (!parseUnsignedKeyNumber(value, unsignedValue) &&
-            !parseSignedKeyNumber(value, false, signedValue))
-            _fail("invalid key-value pair, invalid number value " + value);
+        if (first == '-') {
+            Sint64 signedValue = 0;
+            if (!parseSignedKeyNumber(value, false, signedValue))
+                _fail("invalid key-value pair, invalid negative number value " + value);
+        } else {
+            Uint64 unsignedValue = 0;
+            if (!parseUnsignedKeyNumber(value, unsignedValue))
+                _fail("invalid key-value pair, invalid number value " + value);
+        }
         return CIMKeyBinding(name, _string(value), CIMKeyBinding::NUMERIC);
     }
 
@@ -123,14 +120,14 @@ private:
         std::size_t i = _at + 1;
         for (;; i++) {
             if (i >= _text.size())
-                _fail("invalid key-value pair, missing closing quote");
+                _fail("invalid key-value pair, missing quote in key value");
             char c = _text[i];
             if (c == '"')
                 break;
             if (c == '\\') {
                 char next = i + 1 < _text.size() ? _text[i + 1] : '\0';
                 if (next != '\\' && next != '"')
-                    _fail("invalid key-value pair, invalid escape sequence");
+                    _fail("invalid key-value pair, malformed value");
                 value += next;
                 i++;
                 continue;
@@ -148,7 +145,9 @@ private:
         if (value.find('=') == std::string::npos)
             return false;
         try {
-            return parseObjectPath(_string(value)).keyBindings.size() != 0;
+            ObjectPathParts parts;
+            parseObjectPath(_string(value), parts);
+            return parts.keyBindings.size() != 0;
         } catch (const Exception&) {
             return false;
         }
@@ -161,8 +160,8 @@ private:
 
 } // namespace
 
-ObjectPathParts parseObjectPath(const String& objectName) {
-    return ObjectPathParser(objectName).parse();
+void parseObjectPath(const String& objectName, ObjectPathParts& parts) {
+    ObjectPathParser(objectName).parse(parts);
 }
 
 PEGASUS_NAMESPACE_END

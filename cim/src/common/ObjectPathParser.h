@@ -15,8 +15,10 @@ struct ObjectPathParts {
     Array<CIMKeyBinding> keyBindings;
 };
 
-// Throws MalformedObjectNameException naming the input and the reason.
-PEGASUS_HIDDEN_LINKAGE ObjectPathParts parseObjectPath(const String& objectName);
+// Fills the parts as they are read. Throws MalformedObjectNameException
+// naming the input and the reason; the parts read before the fault stay
+// filled, since a path that fails to parse keeps them.
+PEGASUS_HIDDEN_LINKAGE void parseObjectPath(const String& objectName, ObjectPathParts& parts);
 
 PEGASUS_NAMESPACE_END
 

@@ -2,6 +2,7 @@
 #include "ValueElementText.h"
 #include <Pegasus/Common/CIMParameter.h>
 #include <Pegasus/Common/CIMQualifier.h>
+#include <cstdio>
 #include <string>
 
 PEGASUS_NAMESPACE_BEGIN
@@ -16,13 +17,15 @@ public:
         if (object.kind == CIMObjectRep::CLASS) {
             _out += "<CLASS NAME=\"";
             _attribute(object.className().getString());
-            _out += '"';
+            // The doubled spaces are how OpenPegasus spaces these attributes;
+            // readers compare our text with its.
+            _out += "\" ";
             if (!object.superClassName.isNull()) {
                 _out += " SUPERCLASS=\"";
                 _attribute(object.superClassName.getString());
-                _out += '"';
+                _out += "\" ";
             }
-            _out += " >\n";
+            _out += ">\n";
         } else {
             _out += "<INSTANCE CLASSNAME=\"";
             _attribute(object.className().getString());
@@ -42,11 +45,30 @@ private:
         return std::string(static_cast<const char*>(text.getCString()));
     }
 
-    void _escaped(const String& text, bool inAttribute) {
-        for (char c : _utf8(text)) {
+    // Control characters, quotes, '&', '<', '>' and DEL become references,
+    // and so does any space a reader would collapse: a leading or trailing
+    // one and the second of a pair.
+    void _escaped(const String& text) {
+        std::string bytes = _utf8(text);
+        bool previousWasSpace = false;
+        for (std::size_t i = 0; i < bytes.size(); i++) {
+            unsigned char c = static_cast<unsigned char>(bytes[i]);
+            bool space = c == ' ';
+            if (space && (i == 0 || i + 1 == bytes.size() || previousWasSpace)) {
+                _out += "&#32;";
+                previousWasSpace = false;
+                continue;
+            }
+            previousWasSpace = space;
             switch (c) {
+            case '"':
+                _out += "&quot;";
+                break;
             case '&':
                 _out += "&amp;";
+                break;
+            case '\'':
+                _out += "&apos;";
                 break;
             case '<':
                 _out += "&lt;";
@@ -54,16 +76,16 @@ private:
             case '>':
                 _out += "&gt;";
                 break;
-            case '"':
-                _out += inAttribute ? "&quot;" : "\"";
-                break;
             default:
-                _out += c;
+                if (c < 32 || c == 127)
+                    _out += "&#" + std::to_string(c) + ';';
+                else
+                    _out += char(c);
             }
         }
     }
 
-    void _attribute(const String& text) { _escaped(text, true); }
+    void _attribute(const String& text) { _escaped(text); }
 
     void _namedAttribute(const char* name, const String& text) {
         _out += ' ';
@@ -74,16 +96,37 @@ private:
     }
 
     void _typeAttribute(CIMType type) {
-        // Embedded objects travel as strings, marked as such.
         if (type == CIMTYPE_OBJECT || type == CIMTYPE_INSTANCE) {
-            _out += " TYPE=\"string\" EmbeddedObject=\"";
-            _out += type == CIMTYPE_OBJECT ? "object" : "instance";
-            _out += '"';
+            _out += " TYPE=\"string\"";
         } else {
             _out += " TYPE=\"";
             _out += cimTypeToString(type);
             _out += '"';
         }
+    }
+
+    // Embedded objects travel as strings, marked as such in both spellings
+    // readers look for; only instances are marked (a class is not).
+    void _embeddedAttributes(const CIMValue& v) {
+        const char* kind = nullptr;
+        if (v.getType() == CIMTYPE_INSTANCE && !v.isNull() && (!v.isArray() || v.getArraySize()))
+            kind = "instance";
+        if (v.getType() == CIMTYPE_OBJECT && !v.isNull()) {
+            CIMObject first;
+            if (v.isArray()) {
+                Array<CIMObject> objects;
+                v.get(objects);
+                if (objects.size())
+                    first = objects[0];
+            } else {
+                v.get(first);
+            }
+            if (!first.isUninitialized() && first.isInstance())
+                kind = "object";
+        }
+        if (!kind)
+            return;
+        _out += std::string(" EmbeddedObject=\"") + kind + "\" EMBEDDEDOBJECT=\"" + kind + '"';
     }
 
     void _originAttributes(const CIMName& classOrigin, Boolean propagated) {
@@ -95,7 +138,7 @@ private:
 
     void _valueLine(const String& text) {
         _out += "<VALUE>";
-        _escaped(text, false);
+        _escaped(text);
         _out += "</VALUE>\n";
     }
 
@@ -106,7 +149,8 @@ private:
             referenceValue(v);
             return;
         }
-        std::vector<String> texts = valueElementTexts(v);
+        std::vector<String> texts =
+            v.getType() == CIMTYPE_REAL32 ? real32Texts(v) : valueElementTexts(v);
         if (!v.isArray()) {
             _valueLine(texts.front());
             return;
@@ -115,6 +159,26 @@ private:
         for (const String& text : texts)
             _valueLine(text);
         _out += "</VALUE.ARRAY>\n";
+    }
+
+    // The XML gives a Real32 the digits it can hold; CIMValue::toString()
+    // writes every real with Real64 precision.
+    static std::vector<String> real32Texts(const CIMValue& v) {
+        Array<Real32> reals;
+        if (v.isArray()) {
+            v.get(reals);
+        } else {
+            Real32 one = 0;
+            v.get(one);
+            reals.append(one);
+        }
+        std::vector<String> texts;
+        for (Uint32 i = 0; i < reals.size(); i++) {
+            char text[32];
+            std::snprintf(text, sizeof(text), "%.7e", static_cast<double>(reals[i]));
+            texts.push_back(String(text));
+        }
+        return texts;
     }
 
     void referenceValue(const CIMValue& v) {
@@ -178,7 +242,7 @@ private:
         _out += "<KEYVALUE VALUETYPE=\"";
         _out += valueTypes[key.getType()];
         _out += "\">";
-        _escaped(key.getValue(), false);
+        _escaped(key.getValue());
         _out += "</KEYVALUE>\n";
     }
 
@@ -200,7 +264,7 @@ private:
         }
         if (hasHost) {
             _out += "<NAMESPACEPATH>\n<HOST>";
-            _escaped(path.getHost(), false);
+            _escaped(path.getHost());
             _out += "</HOST>\n";
             localNamespacePath(path.getNameSpace());
             _out += "</NAMESPACEPATH>\n";
@@ -228,6 +292,13 @@ private:
         _typeAttribute(q.getType());
         if (q.getPropagated())
             _out += " PROPAGATED=\"true\"";
+        const CIMFlavor flavor = q.getFlavor();
+        if (!flavor.hasFlavor(CIMFlavor::OVERRIDABLE))
+            _out += " OVERRIDABLE=\"false\"";
+        if (!flavor.hasFlavor(CIMFlavor::TOSUBCLASS))
+            _out += " TOSUBCLASS=\"false\"";
+        if (flavor.hasFlavor(CIMFlavor::TRANSLATABLE))
+            _out += " TRANSLATABLE=\"true\"";
         _out += ">\n";
         value(q.getValue());
         _out += "</QUALIFIER>\n";
@@ -241,15 +312,24 @@ private:
         _out += '<';
         _out += element;
         _namedAttribute("NAME", p.getName().getString());
+        // A second space after the name, as OpenPegasus writes it.
+        _out += ' ';
         if (v.getType() == CIMTYPE_REFERENCE) {
             if (!p.getReferenceClassName().isNull())
                 _namedAttribute("REFERENCECLASS", p.getReferenceClassName().getString());
-        } else {
+            _originAttributes(p.getClassOrigin(), p.getPropagated());
+        } else if (v.isArray()) {
             _typeAttribute(v.getType());
-            if (v.isArray() && p.getArraySize())
+            _embeddedAttributes(v);
+            if (p.getArraySize())
                 _out += " ARRAYSIZE=\"" + std::to_string(p.getArraySize()) + '"';
+            _originAttributes(p.getClassOrigin(), p.getPropagated());
+        } else {
+            // A single value names its origin before its type.
+            _originAttributes(p.getClassOrigin(), p.getPropagated());
+            _typeAttribute(v.getType());
+            _embeddedAttributes(v);
         }
-        _originAttributes(p.getClassOrigin(), p.getPropagated());
         _out += ">\n";
         for (Uint32 i = 0; i < p.getQualifierCount(); i++)
             qualifier(p.getQualifier(i));

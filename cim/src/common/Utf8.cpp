@@ -41,13 +41,13 @@ Uint32 sequenceLength(unsigned char lead) {
 }
 
 // The second byte has a narrower range after some lead bytes; that is what
-// rules out overlong forms, surrogates and values beyond U+10FFFF.
+// rules out overlong forms and values beyond U+10FFFF. Encoded surrogates
+// (ED A0..BF) pass, as OpenPegasus lets them through; decodeUtf8 turns them
+// into U+FFFD.
 bool validSecondByte(unsigned char lead, unsigned char second) {
     switch (lead) {
     case 0xE0:
         return second >= 0xA0 && second <= 0xBF;
-    case 0xED:
-        return second >= 0x80 && second <= 0x9F;
     case 0xF0:
         return second >= 0x90 && second <= 0xBF;
     case 0xF4:
@@ -111,6 +111,9 @@ Uint32 decodeUtf8(const char* text, Uint32 n, Char16* out) {
             code -= 0x10000;
             out[written++] = Char16(Uint16(0xD800 | (code >> 10)));
             out[written++] = Char16(Uint16(0xDC00 | (code & 0x3FF)));
+        } else if ((code >= 0xD800 && code <= 0xDFFF) || code == 0xFFFE || code == 0xFFFF) {
+            // Accepted but not kept: OpenPegasus stores a replacement character.
+            out[written++] = Char16(Uint16(0xFFFD));
         } else {
             out[written++] = Char16(Uint16(code));
         }
