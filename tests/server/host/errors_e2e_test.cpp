@@ -112,6 +112,11 @@ TEST_F(ErrorsTest, ProtocolFaultsAreHttpErrors) {
     result = post(noCim, ENUMERATE_NAMES);
     ASSERT_TRUE(result);
     EXPECT_EQ(result->status, 400);
+    // A person with curl learns why, and the answer does not both close and
+    // keep the connection.
+    EXPECT_NE(result->body.find("CIMOperation header is missing"), std::string::npos);
+    EXPECT_EQ(result->get_header_value("Connection"), "close");
+    EXPECT_FALSE(result->has_header("Keep-Alive"));
 
     httplib::Client client("127.0.0.1", server->port());
     httplib::Result get = client.Get("/cimom");
@@ -127,7 +132,9 @@ TEST_F(ErrorsTest, MalformedBodiesAreRefusedAsNotWellFormed) {
         ASSERT_TRUE(result);
         EXPECT_EQ(result->status, 400) << body;
         EXPECT_EQ(result->get_header_value("CIMError"), "request-not-well-formed") << body;
+        EXPECT_NE(result->body.find("not well-formed"), std::string::npos) << result->body;
     }
+    EXPECT_NE(server->err().find("refused POST /cimom from 127.0.0.1 with 400"), std::string::npos);
 }
 
 TEST_F(ErrorsTest, DeepNestingAndOversizedBodiesAreRefused) {
