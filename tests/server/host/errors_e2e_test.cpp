@@ -79,6 +79,12 @@ TEST_F(ErrorsTest, WrongNamespaceAndUnknownClassAreCimErrors) {
     CommandResult badClass = wbemcli({"ei", server->url(":KOR_VEXA_Nothing")});
     EXPECT_NE(badClass.exitCode, 0);
     EXPECT_NE(badClass.err.find("CIM_ERR_INVALID_CLASS"), std::string::npos) << badClass.err;
+
+    CommandResult missingKey = wbemcli({"gi", server->url(":KOR_VEXA_Cluster.Name=\"lab\"")});
+    EXPECT_NE(missingKey.exitCode, 0);
+    EXPECT_NE(missingKey.err.find("CIM_ERR_INVALID_PARAMETER"), std::string::npos)
+        << missingKey.err;
+    EXPECT_NE(missingKey.err.find("CreationClassName"), std::string::npos) << missingKey.err;
 }
 
 TEST_F(ErrorsTest, UnsupportedOperationsAnswerNotSupported) {
