@@ -1,5 +1,6 @@
 // Checks cluster-model files the way the library loads them.
-//   qzsim_check FILE...   exit status 0 when every file loads
+//   qzsim_check FILE...   exit status 0 when every file loads and uses only
+//   known node and disk states
 
 #include <qzantras/ClusterInfo.h>
 #include <qzantras/PollingHandler.h>
@@ -9,14 +10,19 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <vector>
+
+#include "UnlistedValues.h"
 
 namespace {
 
 const char* const USAGE =
     "usage: qzsim_check MODEL.json...\n"
     "  Loads each cluster model as vexa-cimserver --cluster-model would, prints why one\n"
-    "  does not load, or a summary of what it describes. Exit status 0 when every file\n"
-    "  loads, 1 when one does not, 2 for a wrong command line.\n";
+    "  does not load, or a summary of what it describes. A node or disk state that is\n"
+    "  none of the known values (a typing error, most often) fails the check too,\n"
+    "  although the server would serve it. Exit status 0 when every file passes, 1 when\n"
+    "  one does not, 2 for a wrong command line.\n";
 
 std::string counted(std::size_t count, const char* one, const char* many) {
     return std::to_string(count) + " " + (count == 1 ? one : many);
@@ -39,22 +45,22 @@ int summarize() {
     if (PollingHandler::init(MGMT_PROTOCOL_LOCAL, 0, 1) != 0) {
         return 1;
     }
+    int state = thePollingHandler->getDaemonState();
+    if (state != MGMT_DAEMON_ACTIVE) {
+        // The library answers nothing while the daemon is not active; zero
+        // counts would read as an empty model.
+        std::printf("  daemon state %s: the library reports no cluster, nodes, file systems or "
+                    "disks until it is active (the server serves the same)\n",
+                    daemonStateName(state));
+        PollingHandler::term();
+        return 0;
+    }
     MErrno err = 0;
     ClusterInfo cluster(&err);
     PollingHandler* handler = thePollingHandler;
     handler->updateClusterInfo(&cluster, 0);
     handler->updateNodeInfo(&cluster, 0);
     int rc = handler->updateFilesystemInfo(&cluster, 0);
-    int state = handler->getDaemonState();
-    if (state != MGMT_DAEMON_ACTIVE) {
-        // The library reports nothing but the header while the daemon is not
-        // active, which would read as an empty model.
-        std::printf("  cluster %s: daemon state %s, so nodes, file systems and disks are not "
-                    "reported (the server serves the same)\n",
-                    cluster.clusterName, daemonStateName(state));
-        PollingHandler::term();
-        return rc;
-    }
     std::printf("  cluster %s: %s, %s, %s (daemon state %s)\n", cluster.clusterName,
                 counted(cluster.nodeList.size(), "node", "nodes").c_str(),
                 counted(cluster.fsList.size(), "file system", "file systems").c_str(),
@@ -100,6 +106,14 @@ int main(int argc, char** argv) {
         std::string error;
         if (qzsim::loadModelFromFile(argv[i], &error) != 0) {
             std::printf("%s\n", error.c_str());
+            ++failures;
+            continue;
+        }
+        std::vector<std::string> unlisted = unlistedValues(argv[i]);
+        if (!unlisted.empty()) {
+            for (const std::string& line : unlisted) {
+                std::printf("%s: %s\n", argv[i], line.c_str());
+            }
             ++failures;
             continue;
         }

@@ -1,6 +1,6 @@
 // Starting and stopping vexa-cimserver: help, refused command lines, a port
 // or socket another server holds, a model that does not load, and a clean
-// exit on SIGINT and SIGTERM.
+// exit on SIGINT, SIGTERM and SIGHUP.
 #include <gtest/gtest.h>
 
 #include <signal.h>
@@ -51,7 +51,7 @@ TEST(StartupTest, AMissingProviderIsReportedAndNothingIsServed) {
 }
 
 TEST(StartupTest, StopsCleanlyOnSigintAndSigterm) {
-    for (int signalNumber : {SIGINT, SIGTERM}) {
+    for (int signalNumber : {SIGINT, SIGTERM, SIGHUP}) {
         ServerProcess server;
         EXPECT_NE(
             server.out().find("wbemcli ei 'http://127.0.0.1:" + std::to_string(server.port()) +
@@ -106,6 +106,26 @@ TEST(StartupTest, AModelThatDoesNotLoadIsExplainedOnTheTerminal) {
     EXPECT_EQ(result.err.find("VexaProvider::initialize, enter"), std::string::npos);
     EXPECT_NE(readFile(dir + "/provider.log").find("VexaProvider::initialize, enter"),
               std::string::npos);
+}
+
+TEST(StartupTest, QzsimCheckNamesWhatIsWrongOnce) {
+    EXPECT_EQ(runCommand({QZSIM_CHECK_PATH, "--help"}).exitCode, 0);
+    std::string dir = makeScratchDir();
+    writeFile(dir + "/typo.json", R"({"cluster": {"clusterName": "t"},
+        "nodes": [{"name": "a", "ipAddr": "10.0.0.1"}],
+        "freeDisks": [{"name": "d9", "status": "suspnded"}]})");
+    writeFile(dir + "/down.json", R"({"cluster": {"clusterName": "t"}, "daemonState": "down",
+        "nodes": [{"name": "a", "ipAddr": "10.0.0.1"}]})");
+    writeFile(dir + "/broken.json", "{");
+    CommandResult typo = runCommand({QZSIM_CHECK_PATH, dir + "/typo.json"});
+    EXPECT_EQ(typo.exitCode, 1);
+    EXPECT_NE(typo.out.find("/freeDisks/0/status: \"suspnded\""), std::string::npos) << typo.out;
+    CommandResult down = runCommand({QZSIM_CHECK_PATH, dir + "/down.json"});
+    EXPECT_EQ(down.exitCode, 0) << down.out;
+    EXPECT_NE(down.out.find("daemon state down"), std::string::npos) << down.out;
+    CommandResult broken = runCommand({QZSIM_CHECK_PATH, dir + "/broken.json"});
+    EXPECT_EQ(broken.exitCode, 1);
+    EXPECT_EQ(lines(broken.out + broken.err).size(), 1u) << broken.out << broken.err;
 }
 
 } // namespace
