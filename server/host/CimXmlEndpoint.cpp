@@ -32,18 +32,23 @@ std::string withoutLeadingSlash(std::string nameSpace) {
     return nameSpace;
 }
 
-// An HTTP-level refusal: no body, the reason in the CIMError header. The
-// connection is closed after requests that could not be understood.
-void refuse(httplib::Response& response, int status, const std::string& cimError,
-            bool closeConnection) {
+// An HTTP-level refusal: the reason as a line of plain text for people,
+// and in the CIMError header for CIM clients when the protocol names one.
+// The connection is closed after requests that could not be understood.
+// Each refusal is logged, so that whoever runs the server sees why a
+// client got nothing.
+void refuse(const httplib::Request& request, httplib::Response& response, int status,
+            const std::string& cimError, bool closeConnection, const std::string& reason) {
     response.status = status;
-    response.body.clear();
+    response.set_content(reason + "\n", "text/plain; charset=utf-8");
     if (!cimError.empty()) {
         response.set_header("CIMError", cimError);
     }
     if (closeConnection) {
         response.set_header("Connection", "close");
     }
+    logLine("refused " + request.method + " " + request.path + " from " + request.remote_addr +
+            " with " + std::to_string(status) + ": " + reason);
 }
 
 // The host name the client used, without the port.
@@ -157,8 +162,8 @@ void CimXmlEndpoint::install(httplib::Server& server) const {
         handlePost(request, response);
     });
     // CIM operations are POSTs; anything else is not implemented here.
-    auto notImplemented = [](const httplib::Request&, httplib::Response& response) {
-        refuse(response, 501, "", false);
+    auto notImplemented = [](const httplib::Request& request, httplib::Response& response) {
+        refuse(request, response, 501, "", false, "CIM operations are sent with POST");
         response.set_header("Allow", "POST");
     };
     server.Get(".*", notImplemented);
@@ -166,6 +171,13 @@ void CimXmlEndpoint::install(httplib::Server& server) const {
     server.Patch(".*", notImplemented);
     server.Delete(".*", notImplemented);
     server.Options(".*", notImplemented);
+    // httplib adds Keep-Alive to every answer it keeps the connection for;
+    // an answer that announces the close must not also offer to stay open.
+    server.set_post_routing_handler([](const httplib::Request&, httplib::Response& response) {
+        if (response.get_header_value("Connection") == "close") {
+            response.headers.erase("Keep-Alive");
+        }
+    });
 }
 
 void CimXmlEndpoint::handlePost(const httplib::Request& request,
@@ -176,7 +188,9 @@ void CimXmlEndpoint::handlePost(const httplib::Request& request,
         if (settings_.auth != nullptr) {
             std::optional<std::string> user = authenticatedUser(request, *settings_.auth);
             if (!user) {
-                refuse(response, 401, "", false);
+                refuse(request, response, 401, "", false,
+                       "missing or wrong credentials (this server has users; log in with HTTP "
+                       "Basic)");
                 response.set_header("WWW-Authenticate",
                                     "Basic realm=\"" + caller.hostInAnswer + "\"");
                 return;
@@ -184,24 +198,29 @@ void CimXmlEndpoint::handlePost(const httplib::Request& request,
             caller.user = *user;
         }
         if (request.version == "HTTP/1.1" && !request.has_header("Host")) {
-            refuse(response, 400, "", true);
+            refuse(request, response, 400, "", true, "an HTTP/1.1 request needs a Host header");
             return;
         }
         if (!acceptableContentType(request.get_header_value("Content-Type"))) {
-            refuse(response, 400, "", true);
+            refuse(request, response, 400, "", true,
+                   "the Content-Type must be application/xml or text/xml in utf-8");
             return;
         }
         if (request.has_header("CIMBatch")) {
-            refuse(response, 501, "multiple-requests-unsupported", false);
+            refuse(request, response, 501, "multiple-requests-unsupported", false,
+                   "batched requests are not supported");
             return;
         }
         if (!request.has_header("CIMOperation")) {
             // Also a CIM export request: this server is no listener.
-            refuse(response, 400, "", true);
+            refuse(request, response, 400, "", true,
+                   "not a CIM operation: the CIMOperation header is missing (send CIM-XML "
+                   "with CIMOperation, CIMMethod and CIMObject headers)");
             return;
         }
         if (!sameText(trimmed(request.get_header_value("CIMOperation")), "MethodCall")) {
-            refuse(response, 400, "unsupported-operation", true);
+            refuse(request, response, 400, "unsupported-operation", true,
+                   "the CIMOperation header must be MethodCall");
             return;
         }
         std::optional<std::string> methodHeader =
@@ -209,11 +228,13 @@ void CimXmlEndpoint::handlePost(const httplib::Request& request,
         std::optional<std::string> objectHeader =
             percentDecode(trimmed(request.get_header_value("CIMObject")));
         if (!methodHeader || methodHeader->empty() || !objectHeader || objectHeader->empty()) {
-            refuse(response, 400, "header-mismatch", true);
+            refuse(request, response, 400, "header-mismatch", true,
+                   "the CIMMethod and CIMObject headers are missing or not percent-encoded");
             return;
         }
         if (request.body.size() > settings_.limits.maxBytes) {
-            refuse(response, 413, "", true);
+            refuse(request, response, 413, "", true,
+                   "the body is larger than the server accepts (--max-request-bytes)");
             return;
         }
 
@@ -222,7 +243,8 @@ void CimXmlEndpoint::handlePost(const httplib::Request& request,
             decoded = cimxml::decodeRequest(request.body, settings_.limits);
         } catch (const cimxml::RequestError& error) {
             if (error.httpStatus() != 0) {
-                refuse(response, error.httpStatus(), error.cimErrorHeader(), true);
+                refuse(request, response, error.httpStatus(), error.cimErrorHeader(), true,
+                       error.what());
             } else {
                 response.status = 200;
                 response.set_header("CIMOperation", "MethodResponse");
@@ -236,7 +258,9 @@ void CimXmlEndpoint::handlePost(const httplib::Request& request,
         std::string versionHeader = trimmed(request.get_header_value("CIMProtocolVersion"));
         if (!methodMatches || !objectHeaderMatches(*objectHeader, decoded) ||
             (!versionHeader.empty() && versionHeader.compare(0, 2, "1.") != 0)) {
-            refuse(response, 400, "header-mismatch", true);
+            refuse(request, response, 400, "header-mismatch", true,
+                   "the CIMMethod, CIMObject or CIMProtocolVersion header does not match the "
+                   "body");
             return;
         }
 
@@ -246,7 +270,8 @@ void CimXmlEndpoint::handlePost(const httplib::Request& request,
         response.set_content(body, "application/xml; charset=\"utf-8\"");
     } catch (...) {
         logLine("internal failure while answering a request: " + currentExceptionText());
-        refuse(response, 500, "", true);
+        refuse(request, response, 500, "", true,
+               "internal server error; the server's log says more");
     }
 }
 

@@ -84,6 +84,30 @@ void trimProperties(Object& object, const CIMPropertyList& propertyList,
     }
 }
 
+// The key properties of `cimClass` that `keys` do not bind, comma-separated.
+// The provider looks instances up by their keys and can only answer "not
+// found" for a path that lacks one, without saying which.
+std::string unboundKeys(const CIMClass& cimClass, const Array<CIMKeyBinding>& keys) {
+    std::string missing;
+    for (Uint32 i = 0; i < cimClass.getPropertyCount(); ++i) {
+        CIMConstProperty property = cimClass.getProperty(i);
+        Uint32 index = property.findQualifier(CIMName("Key"));
+        Boolean isKey = false;
+        if (index == PEG_NOT_FOUND || property.getQualifier(index).getValue().isNull()) {
+            continue;
+        }
+        property.getQualifier(index).getValue().get(isKey);
+        bool bound = false;
+        for (Uint32 k = 0; k < keys.size() && !bound; ++k) {
+            bound = keys[k].getName().equal(property.getName());
+        }
+        if (isKey && !bound) {
+            missing += (missing.empty() ? "" : ", ") + text(property.getName());
+        }
+    }
+    return missing;
+}
+
 } // namespace
 
 OperationDispatcher::OperationDispatcher(ProviderInterfaces provider,
@@ -160,9 +184,15 @@ CIMObjectPath pathForProvider(const std::string& host, const CIMName& className,
 
 std::string OperationDispatcher::getInstance(const Request& request, const Caller& caller) const {
     const CIMObjectPath& name = request.instanceName;
-    knownClass(schema_, name.getClassName());
+    const CIMClass& cimClass = knownClass(schema_, name.getClassName());
     if (provider_.instances == nullptr) {
         fail(CIM_ERR_NOT_SUPPORTED, "the provider serves no instances");
+    }
+    std::string unbound = unboundKeys(cimClass, name.getKeyBindings());
+    if (!unbound.empty()) {
+        fail(CIM_ERR_INVALID_PARAMETER, "the instance path " + text(name.toString()) +
+                                            " lacks the key property " + unbound + " of " +
+                                            text(name.getClassName()));
     }
     InstanceCollector collector(true);
     OperationContext context = contextFor(caller.user);

@@ -64,8 +64,11 @@ ProviderLibrary::ProviderLibrary(const std::string& path, const std::string& pro
         } catch (...) {
         }
         provider_ = nullptr;
-        throw std::runtime_error("provider " + providerName + " failed to initialise (" + reason +
-                                 "); its log says why (see --log-file/--log-level)");
+        // A provider that says nothing of its own throws a bare success code
+        // and leaves the reason to its log.
+        bool saidNothing = reason == cimStatusCodeToString(CIM_ERR_SUCCESS);
+        throw std::runtime_error("provider " + providerName + " failed to initialise" +
+                                 (saidNothing ? std::string() : " (" + reason + ")"));
     }
 }
 

@@ -165,7 +165,8 @@ Provider and simulated cluster:
                            beside this program)
   --cluster-model FILE     cluster-model file of the simulated cluster
                            (default: the built-in demo cluster)
-  --log-file FILE          file for the provider's and simulator's log
+  --log-file FILE          file for the provider's and simulator's log and
+                           anything else they write to standard error
                            (default: standard error)
   --log-level N            lowest level logged: 0 trace, 1 soft failures,
                            2 errors (default 1)
@@ -184,7 +185,7 @@ Indications:
 
   -h, --help               show this help and exit
 
-Stop the server with Ctrl-C (SIGINT) or SIGTERM.
+Stop the server with Ctrl-C (SIGINT), SIGTERM or SIGHUP (nothing is reloaded).
 )";
 }
 

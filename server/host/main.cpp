@@ -19,10 +19,14 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "vexa/host/AuthFile.h"
 #include "vexa/host/CimXmlEndpoint.h"
+#include "vexa/host/EventSocketPath.h"
+#include "vexa/host/ExclusivePort.h"
 #include "vexa/host/IndicationExporter.h"
 #include "vexa/host/OperationDispatcher.h"
 #include "vexa/host/ProviderLibrary.h"
@@ -73,6 +77,32 @@ std::string urlHost(const std::string& address) {
         return "[::1]";
     }
     return address.find(':') != std::string::npos ? "[" + address + "]" : address;
+}
+
+// The size of the file, or 0 when it is not there yet.
+long long fileSize(const std::string& path) {
+    struct stat info {};
+    return stat(path.c_str(), &info) == 0 ? static_cast<long long>(info.st_size) : 0;
+}
+
+// The error lines (level 2 and up) the provider and its library logged past
+// `offset`, without their time stamp, level and thread.
+std::vector<std::string> errorLinesSince(const std::string& path, long long offset) {
+    std::vector<std::string> found;
+    std::ifstream log(path);
+    log.seekg(offset);
+    std::string line;
+    while (std::getline(log, line)) {
+        size_t level = line.find(" L");
+        if (level == std::string::npos || level + 2 >= line.size() || line[level + 2] < '2' ||
+            line[level + 2] > '9') {
+            continue;
+        }
+        size_t thread = line.find(" T", level + 2);
+        size_t text = thread == std::string::npos ? std::string::npos : line.find(' ', thread + 2);
+        found.push_back(text == std::string::npos ? line : line.substr(text + 1));
+    }
+    return found;
 }
 
 [[noreturn]] void failStart(const std::string& message, int status = EXIT_FAILURE) {
@@ -128,15 +158,31 @@ void exportProviderSettings(const std::string& inventory) {
     }
 }
 
+// The model the management library loads: the option, else the variable
+// it reads itself, else its demo cluster.
+std::string servedModel(const ServerOptions& options) {
+    if (!options.clusterModel.empty()) {
+        return options.clusterModel;
+    }
+    const char* fromEnvironment = getenv("QZSIM_CLUSTER_MODEL");
+    if (fromEnvironment != nullptr && fromEnvironment[0] != '\0') {
+        return std::string(fromEnvironment) + " (from QZSIM_CLUSTER_MODEL)";
+    }
+    return "built-in demo cluster";
+}
+
 void printBanner(const ServerOptions& options, int port, const std::string& providerPath,
-                 const std::string& eventSocket, const std::string& inventory) {
+                 const std::string& eventSocket, bool eventSocketOpen,
+                 const std::string& inventory) {
     std::string base = "http://" + urlHost(options.listenAddress) + ":" + std::to_string(port);
     std::cout << "vexa-cimserver: serving " << base << "/ (namespace root/cimv2)\n"
               << "  provider:      " << providerPath << "\n"
-              << "  cluster model: "
-              << (options.clusterModel.empty() ? "built-in demo cluster" : options.clusterModel)
+              << "  cluster model: " << servedModel(options) << "\n"
+              << "  event socket:  "
+              << (eventSocketOpen ? eventSocket
+                                  : "none (the management library did not open " + eventSocket +
+                                        "; the log says why)")
               << "\n"
-              << "  event socket:  " << eventSocket << "\n"
               << "  inventory:     "
               << (inventory.empty() ? "the provider's built-in folder" : inventory) << "\n";
     for (const ListenerUrl& listener : options.listeners) {
@@ -145,9 +191,15 @@ void printBanner(const ServerOptions& options, int port, const std::string& prov
     if (!options.authFile.empty()) {
         std::cout << "  clients log in with a user of " << options.authFile << "\n";
     }
-    std::cout << "Try:\n"
-              << "  wbemcli ei '" << base << "/root/cimv2:KOR_VEXA_Cluster'\n"
-              << "  wbemcli ein '" << base << "/root/cimv2:KOR_VEXA_Node'\n"
+    std::string tryBase = base;
+    if (!options.authFile.empty()) {
+        tryBase.insert(std::string("http://").size(), "USER:PASSWORD@");
+        std::cout << "Try (USER and PASSWORD of a user of " << options.authFile << "):\n";
+    } else {
+        std::cout << "Try:\n";
+    }
+    std::cout << "  wbemcli ei '" << tryBase << "/root/cimv2:KOR_VEXA_Cluster'\n"
+              << "  wbemcli ein '" << tryBase << "/root/cimv2:KOR_VEXA_Node'\n"
               << "Stop with Ctrl-C." << std::endl;
 }
 
@@ -174,6 +226,10 @@ int main(int argc, char* argv[]) {
     sigemptyset(&stopSignals);
     sigaddset(&stopSignals, SIGINT);
     sigaddset(&stopSignals, SIGTERM);
+    // Nothing is reloaded on SIGHUP (the model file is re-read by the
+    // refresh passes by itself): the server stops as cleanly as on SIGTERM,
+    // instead of dying without a word as the default action would have it.
+    sigaddset(&stopSignals, SIGHUP);
     pthread_sigmask(SIG_BLOCK, &stopSignals, nullptr);
     signal(SIGPIPE, SIG_IGN);
 
@@ -224,6 +280,7 @@ int main(int argc, char* argv[]) {
     // Headers and body leave in separate writes; without this a small answer
     // waits for the client's delayed acknowledgement.
     server.set_tcp_nodelay(true);
+    useExclusivePort(server);
 
     int port = options.listenPort;
     if (port == 0) {
@@ -233,9 +290,10 @@ int main(int argc, char* argv[]) {
     }
     if (port <= 0) {
         failStart("cannot listen on " + options.listenAddress + ":" +
-                  std::to_string(options.listenPort) +
-                  ": the address is not available or the port is in use (choose another with "
-                  "--listen ADDR:PORT)");
+                      std::to_string(options.listenPort) +
+                      ": the port is in use or the address is not available (choose another "
+                      "with --listen ADDR:PORT)",
+                  EXIT_USAGE);
     }
     if (!options.portFile.empty()) {
         std::ofstream portFile(options.portFile);
@@ -247,6 +305,10 @@ int main(int argc, char* argv[]) {
 
     std::string eventSocket =
         options.eventSocket.empty() ? defaultEventSocket(port) : options.eventSocket;
+    std::string socketTaken = eventSocketTaken(eventSocket);
+    if (!socketTaken.empty()) {
+        failStart(socketTaken, EXIT_USAGE);
+    }
     exportLibrarySettings(options, eventSocket);
     const std::string inventory = inventoryFolder(options);
     exportProviderSettings(inventory);
@@ -254,11 +316,31 @@ int main(int argc, char* argv[]) {
     std::string providerPath = options.providerPath.empty()
                                    ? programDirectory() + "/../lib/libVexaProvider.so"
                                    : options.providerPath;
+    long long logOffset = 0;
+    if (!options.logFile.empty()) {
+        logOffset = fileSize(options.logFile);
+        if (!sendStandardErrorTo(options.logFile)) {
+            failStart("--log-file " + options.logFile + ": cannot open the file for writing",
+                      EXIT_USAGE);
+        }
+    }
     std::unique_ptr<ProviderLibrary> provider;
     try {
         provider = std::make_unique<ProviderLibrary>(providerPath, PROVIDER_NAME);
     } catch (const std::exception& error) {
-        failStart(error.what());
+        logLine(error.what());
+        // Without --log-file the reasons are on the terminal already.
+        if (!options.logFile.empty()) {
+            std::vector<std::string> reasons = errorLinesSince(options.logFile, logOffset);
+            for (const std::string& reason : reasons) {
+                logLine("  " + reason);
+            }
+            if (reasons.empty()) {
+                logLine("  the reason may be in " + options.logFile +
+                        " (raise the detail with --log-level 0)");
+            }
+        }
+        std::exit(EXIT_FAILURE);
     }
 
     std::string systemName = systemHostName();
@@ -305,11 +387,17 @@ int main(int argc, char* argv[]) {
     while (!server.is_running() && !servingEnded) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    printBanner(options, port, providerPath, eventSocket, inventory);
+    OwnedSocketFile ownSocket;
+    ownSocket.remember(eventSocket);
+    printBanner(options, port, providerPath, eventSocket, ownSocket.owned(), inventory);
 
     int received = 0;
     sigwait(&stopSignals, &received);
-    logLine(std::string("stopping on ") + (received == SIGINT ? "SIGINT" : "SIGTERM"));
+    logLine(std::string("stopping on ") +
+            (received == SIGINT   ? "SIGINT"
+             : received == SIGHUP ? "SIGHUP (nothing is reloaded; start the server again to "
+                                    "change its options)"
+                                  : "SIGTERM"));
     server.stop();
     serving.join();
     if (exporter != nullptr) {
@@ -327,11 +415,9 @@ int main(int argc, char* argv[]) {
     }
     provider->shutDown();
     // The simulator's socket would outlive the process, which ends without
-    // the library's clean-up.
-    struct stat socketInfo {};
-    if (lstat(eventSocket.c_str(), &socketInfo) == 0 && S_ISSOCK(socketInfo.st_mode)) {
-        unlink(eventSocket.c_str());
-    }
+    // the library's clean-up; a socket another server has made there since
+    // is left alone.
+    ownSocket.removeIfStillOurs();
     logLine("stopped");
     std::cout.flush();
     std::fflush(nullptr);

@@ -1,5 +1,6 @@
 // vexa-tool listen: a CIM-XML indication listener that prints what arrives.
 #include <vexa/cimxml/Codec.h>
+#include <vexa/host/ExclusivePort.h>
 #include <vexa/host/ServerOptions.h>
 
 #include <httplib.h>
@@ -181,6 +182,7 @@ int runListen(const std::vector<std::string>& arguments) {
         listener.handle(request, response);
     });
     server.set_payload_max_length(4u << 20);
+    vexa::host::useExclusivePort(server);
 
     int port = options.port;
     if (port == 0) {
@@ -193,7 +195,7 @@ int runListen(const std::vector<std::string>& arguments) {
                   << ": the address is not available or the port is in use (choose another "
                      "with --port N)"
                   << std::endl;
-        return 1;
+        return 2;
     }
     std::string host =
         options.bind.find(':') != std::string::npos ? "[" + options.bind + "]" : options.bind;

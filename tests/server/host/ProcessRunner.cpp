@@ -254,7 +254,9 @@ ServerProcess::ServerProcess(const std::vector<std::string>& extraArguments)
 
 int ServerProcess::stop(int signalNumber) {
     int status = process_->stop(signalNumber);
-    std::string log = process_->err();
+    // With --log-file the process's standard error, sanitizer reports
+    // included, goes to that file.
+    std::string log = process_->err() + readFile(scratchDir_ + "/provider.log");
     for (const char* report :
          {"ThreadSanitizer", "AddressSanitizer", "LeakSanitizer", "runtime error:"}) {
         if (log.find(report) != std::string::npos) {

@@ -79,6 +79,12 @@ TEST_F(ErrorsTest, WrongNamespaceAndUnknownClassAreCimErrors) {
     CommandResult badClass = wbemcli({"ei", server->url(":KOR_VEXA_Nothing")});
     EXPECT_NE(badClass.exitCode, 0);
     EXPECT_NE(badClass.err.find("CIM_ERR_INVALID_CLASS"), std::string::npos) << badClass.err;
+
+    CommandResult missingKey = wbemcli({"gi", server->url(":KOR_VEXA_Cluster.Name=\"lab\"")});
+    EXPECT_NE(missingKey.exitCode, 0);
+    EXPECT_NE(missingKey.err.find("CIM_ERR_INVALID_PARAMETER"), std::string::npos)
+        << missingKey.err;
+    EXPECT_NE(missingKey.err.find("CreationClassName"), std::string::npos) << missingKey.err;
 }
 
 TEST_F(ErrorsTest, UnsupportedOperationsAnswerNotSupported) {
@@ -112,6 +118,11 @@ TEST_F(ErrorsTest, ProtocolFaultsAreHttpErrors) {
     result = post(noCim, ENUMERATE_NAMES);
     ASSERT_TRUE(result);
     EXPECT_EQ(result->status, 400);
+    // A person with curl learns why, and the answer does not both close and
+    // keep the connection.
+    EXPECT_NE(result->body.find("CIMOperation header is missing"), std::string::npos);
+    EXPECT_EQ(result->get_header_value("Connection"), "close");
+    EXPECT_FALSE(result->has_header("Keep-Alive"));
 
     httplib::Client client("127.0.0.1", server->port());
     httplib::Result get = client.Get("/cimom");
@@ -127,7 +138,9 @@ TEST_F(ErrorsTest, MalformedBodiesAreRefusedAsNotWellFormed) {
         ASSERT_TRUE(result);
         EXPECT_EQ(result->status, 400) << body;
         EXPECT_EQ(result->get_header_value("CIMError"), "request-not-well-formed") << body;
+        EXPECT_NE(result->body.find("not well-formed"), std::string::npos) << result->body;
     }
+    EXPECT_NE(server->err().find("refused POST /cimom from 127.0.0.1 with 400"), std::string::npos);
 }
 
 TEST_F(ErrorsTest, DeepNestingAndOversizedBodiesAreRefused) {
