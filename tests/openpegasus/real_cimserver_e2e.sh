@@ -48,6 +48,18 @@ free_port() {
 
 agents() { pgrep -f "cimprovagt .*VexaProviderModule" | sort -n | tr '\n' ' '; }
 
+# The given processes that have not ended within 10 s.
+still_running() {
+  local pid
+  for pid in "$@"; do
+    for _ in $(seq 100); do
+      kill -0 "$pid" 2>/dev/null || break
+      sleep 0.1
+    done
+    kill -0 "$pid" 2>/dev/null && echo -n "$pid "
+  done
+}
+
 segfault_lines() {
   # The kernel log is not readable everywhere; then this check is skipped.
   dmesg 2>/dev/null | grep -c "cimprovagt.*segfault" || true
@@ -261,14 +273,7 @@ out=$(cimprovider -d -m VexaProviderModule 2>&1) || fail "cimprovider -d" "$out"
 sleep 1
 out=$(cimprovider -e -m VexaProviderModule 2>&1) || fail "cimprovider -e" "$out"
 wait "$reader"
-lingering=""
-for pid in $before; do
-  for _ in $(seq 100); do
-    kill -0 "$pid" 2>/dev/null || break
-    sleep 0.1
-  done
-  kill -0 "$pid" 2>/dev/null && lingering+="$pid "
-done
+lingering=$(still_running $before)
 [[ -z $lingering ]] && pass "the disabled module's agent ($before) ended" ||
   fail "agent $lingering still runs after the module was disabled"
 ours=$(wbemcli ei "$vexa_url:KOR_VEXA_Node" 2>&1 | normalise)
@@ -283,14 +288,7 @@ out=$(cimserver -s 2>&1)
 pegasus_started=""
 [[ $out != *"Forced shutdown"* ]] && pass "cimserver -s shuts down in $(($(date +%s) - started)) s" ||
   fail "cimserver -s had to force the shutdown" "$out"
-lingering=""
-for pid in $running; do
-  for _ in $(seq 100); do
-    kill -0 "$pid" 2>/dev/null || break
-    sleep 0.1
-  done
-  kill -0 "$pid" 2>/dev/null && lingering+="$pid "
-done
+lingering=$(still_running $running)
 [[ -z $lingering ]] && pass "no provider agent outlives the server" ||
   fail "agents $lingering outlive the server"
 segfaults_after=$(segfault_lines)
