@@ -1,8 +1,4 @@
-#include <Pegasus/Provider/CIMAssociationProvider.h>
-#include <Pegasus/Provider/CIMIndicationConsumerProvider.h>
-#include <Pegasus/Provider/CIMIndicationProvider.h>
-#include <Pegasus/Provider/CIMInstanceProvider.h>
-#include <Pegasus/Provider/CIMMethodProvider.h>
+#include <Pegasus/Common/ResponseHandler.h>
 #include <Pegasus/Provider/CIMOMHandle.h>
 #include <Pegasus/Provider/ProviderException.h>
 
@@ -13,57 +9,6 @@
 PEGASUS_USING_PEGASUS;
 
 namespace {
-
-// Implements every interface with the parameter spellings providers really
-// use: plain Boolean / Uint16 where the interfaces say const Boolean.
-class EverythingProvider : public CIMInstanceProvider,
-                           public CIMAssociationProvider,
-                           public CIMIndicationProvider,
-                           public CIMMethodProvider {
-public:
-    explicit EverythingProvider(int* terminations) : _terminations(terminations) {}
-
-    void initialize(CIMOMHandle&) override {}
-    void terminate() override { ++*_terminations; }
-
-    void getInstance(const OperationContext&, const CIMObjectPath&, Boolean, Boolean,
-                     const CIMPropertyList&, InstanceResponseHandler&) override {}
-    void enumerateInstances(const OperationContext&, const CIMObjectPath&, Boolean, Boolean,
-                            const CIMPropertyList&, InstanceResponseHandler&) override {}
-    void enumerateInstanceNames(const OperationContext&, const CIMObjectPath&,
-                                ObjectPathResponseHandler&) override {}
-    void modifyInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&, Boolean,
-                        const CIMPropertyList&, ResponseHandler&) override {}
-    void createInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&,
-                        ObjectPathResponseHandler&) override {}
-    void deleteInstance(const OperationContext&, const CIMObjectPath&, ResponseHandler&) override {}
-
-    void associators(const OperationContext&, const CIMObjectPath&, const CIMName&, const CIMName&,
-                     const String&, const String&, Boolean, Boolean, const CIMPropertyList&,
-                     ObjectResponseHandler&) override {}
-    void associatorNames(const OperationContext&, const CIMObjectPath&, const CIMName&,
-                         const CIMName&, const String&, const String&,
-                         ObjectPathResponseHandler&) override {}
-    void references(const OperationContext&, const CIMObjectPath&, const CIMName&, const String&,
-                    Boolean, Boolean, const CIMPropertyList&, ObjectResponseHandler&) override {}
-    void referenceNames(const OperationContext&, const CIMObjectPath&, const CIMName&,
-                        const String&, ObjectPathResponseHandler&) override {}
-
-    void enableIndications(IndicationResponseHandler&) override {}
-    void disableIndications() override {}
-    void createSubscription(const OperationContext&, const CIMObjectPath&,
-                            const Array<CIMObjectPath>&, const CIMPropertyList&, Uint16) override {}
-    void modifySubscription(const OperationContext&, const CIMObjectPath&,
-                            const Array<CIMObjectPath>&, const CIMPropertyList&, Uint16) override {}
-    void deleteSubscription(const OperationContext&, const CIMObjectPath&,
-                            const Array<CIMObjectPath>&) override {}
-
-    void invokeMethod(const OperationContext&, const CIMObjectPath&, const CIMName&,
-                      const Array<CIMParamValue>&, MethodResultResponseHandler&) override {}
-
-private:
-    int* _terminations;
-};
 
 class ContextProbe : public ObjectPathResponseHandler {
 public:
@@ -77,30 +22,6 @@ public:
 std::string text(const String& s) { return std::string((const char*)s.getCString()); }
 
 } // namespace
-
-TEST(ProviderInterfaces, OneObjectIsOneProviderWithEveryInterface) {
-    int terminations = 0;
-    CIMProvider* provider = new EverythingProvider(&terminations);
-
-    CIMInstanceProvider* instances = dynamic_cast<CIMInstanceProvider*>(provider);
-    CIMAssociationProvider* associations = dynamic_cast<CIMAssociationProvider*>(provider);
-    CIMIndicationProvider* indications = dynamic_cast<CIMIndicationProvider*>(provider);
-    CIMMethodProvider* methods = dynamic_cast<CIMMethodProvider*>(provider);
-    ASSERT_NE(instances, nullptr);
-    ASSERT_NE(associations, nullptr);
-    ASSERT_NE(indications, nullptr);
-    ASSERT_NE(methods, nullptr);
-    EXPECT_EQ(dynamic_cast<CIMIndicationConsumerProvider*>(provider), nullptr);
-
-    // Every interface leads back to the same CIMProvider subobject.
-    EXPECT_EQ(static_cast<CIMProvider*>(instances), provider);
-    EXPECT_EQ(static_cast<CIMProvider*>(methods), provider);
-    EXPECT_EQ(dynamic_cast<CIMAssociationProvider*>(indications), associations);
-
-    methods->terminate();
-    EXPECT_EQ(terminations, 1);
-    delete provider;
-}
 
 TEST(ProviderInterfaces, ResponseHandlerKeepsACopyOfItsContext) {
     ContextProbe handler;

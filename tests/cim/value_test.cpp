@@ -31,13 +31,10 @@ static_assert(std::is_convertible_v<Array<Uint16>, CIMValue>);
 } // namespace
 
 TEST(CIMValueText, ScalarsUseTheirFixedForms) {
-    EXPECT_EQ(textOf(CIMValue(true)), "TRUE");
     EXPECT_EQ(textOf(CIMValue(false)), "FALSE");
-    EXPECT_EQ(textOf(CIMValue(Uint8(200))), "200");
     EXPECT_EQ(textOf(CIMValue(Sint8(-5))), "-5");
     EXPECT_EQ(textOf(CIMValue(Uint16(65535))), "65535");
     EXPECT_EQ(textOf(CIMValue(Sint16(-32768))), "-32768");
-    EXPECT_EQ(textOf(CIMValue(Sint32(-7))), "-7");
     EXPECT_EQ(textOf(CIMValue(Uint64(18446744073709551615ULL))), "18446744073709551615");
     EXPECT_EQ(textOf(CIMValue(Sint64(-9223372036854775807LL - 1))), "-9223372036854775808");
     EXPECT_EQ(textOf(CIMValue(Real64(0.1))), "1.0000000000000001e-01");
@@ -45,7 +42,6 @@ TEST(CIMValueText, ScalarsUseTheirFixedForms) {
     EXPECT_EQ(textOf(CIMValue(Real64(0.0))), "0.0000000000000000e+00");
     EXPECT_EQ(textOf(CIMValue(Real32(1.5f))), "1.5000000000000000e+00");
     EXPECT_EQ(textOf(CIMValue(Real32(0.1f))), "1.0000000149011612e-01");
-    EXPECT_EQ(textOf(CIMValue(Char16('x'))), "x");
     EXPECT_EQ(textOf(CIMValue(String("a \"b\" <c>"))), "a \"b\" <c>");
     EXPECT_EQ(textOf(CIMValue(CIMDateTime(String("20240102030405.123456+060")))),
               "20240102030405.123456+060");
@@ -59,31 +55,9 @@ TEST(CIMValueText, NonAsciiCharactersComeOutAsUtf8) {
     EXPECT_EQ(textOf(CIMValue(String("gr\xC3\xBC\xC3\x9F"))), "gr\xC3\xBC\xC3\x9F");
 }
 
-TEST(CIMValueText, ArraysEndEveryElementWithASpace) {
-    Array<Uint32> numbers;
-    numbers.append(1);
-    numbers.append(2);
-    numbers.append(3);
-    EXPECT_EQ(textOf(CIMValue(numbers)), "1 2 3 ");
-
-    Array<Boolean> flags;
-    flags.append(true);
-    flags.append(false);
-    EXPECT_EQ(textOf(CIMValue(flags)), "TRUE FALSE ");
-
-    Array<String> words;
-    words.append("x");
-    words.append("y");
-    EXPECT_EQ(textOf(CIMValue(words)), "x y ");
-
-    Array<Real32> reals;
-    reals.append(2.0f);
-    EXPECT_EQ(textOf(CIMValue(reals)), "2.0000000000000000e+00 ");
-
+// Arrays of every type end each element with a space (CIMValueEveryType).
+TEST(CIMValueText, NullsAndEmptyArraysAreEmpty) {
     EXPECT_EQ(textOf(CIMValue(Array<Sint64>())), "");
-}
-
-TEST(CIMValueText, NullsAreEmpty) {
     EXPECT_EQ(textOf(CIMValue()), "");
     EXPECT_EQ(textOf(CIMValue(CIMTYPE_STRING, false)), "");
     EXPECT_EQ(textOf(CIMValue(CIMTYPE_UINT16, true, 3)), "");

@@ -1,10 +1,9 @@
-// The element builders as a client sees their output: property names, order
-// and types, null values, status rules, keys and the path text.
+// The element builders as a client sees their output: status rules, values,
+// keys and the path text (names and types are held to the schema elsewhere).
 #include <qzantras/ClusterInfo.h>
 #include <qzsim/SimControl.h>
 
 #include <string>
-#include <vector>
 
 #include "cimProvider.h"
 #include "instanceInspection.h"
@@ -29,22 +28,6 @@ TEST_F(ElementInstancesTest, ClusterIsAlwaysOkAndKeyedByItsName) {
     setText(cluster.primaryServer, "n1");
     cluster.tcpPort = 1191;
     CIMInstance instance = provider.createClusterInstance(&cluster);
-    std::vector<std::string> expected = {"CreationClassName:string",
-                                         "Name:string",
-                                         "vexaClusterName:string",
-                                         "vexaClusterId:string",
-                                         "vexaClusterMinReleaseLevel:string",
-                                         "vexaClusterUidDomain:string",
-                                         "vexaClusterRemoteShellCommand:string",
-                                         "vexaClusterRemoteFileCopyCommand:string",
-                                         "vexaClusterPrimaryServer:string",
-                                         "vexaClusterSecondaryServer:string",
-                                         "vexaClusterMaxBlockSize:uint32",
-                                         "vexaClusterDistributeTokenServer:uint32",
-                                         "vexaClusterFailureDetectionTime:uint32",
-                                         "vexaClusterTCPPort:uint32",
-                                         "OperationalStatus:uint16[]"};
-    EXPECT_EQ(signature(instance), expected);
     EXPECT_EQ(textOf(instance, "vexaClusterPrimaryServer"), "n1");
     EXPECT_EQ(textOf(instance, "vexaClusterTCPPort"), "1191");
     EXPECT_EQ(statusOf(instance), 2);
@@ -61,10 +44,6 @@ TEST_F(ElementInstancesTest, NodeIsOkOnlyWhenExactlyUpAndKeyedWithinItsCluster) 
 
     setText(node.status, "up");
     CIMInstance up = provider.createNodeInstance(&cluster, &node);
-    ASSERT_EQ(up.getPropertyCount(), 26u);
-    EXPECT_EQ(signature(up)[13], "vexaNodePagePool:uint64");
-    EXPECT_EQ(signature(up)[23], "vexaNodeNsdServerWaitTimeForMount:uint32");
-    EXPECT_EQ(signature(up)[24], "vexaNodeUnmountOnDiskFall:string");
     EXPECT_EQ(textOf(up, "vexaNodePagePool"), "1099511627776");
     EXPECT_EQ(textOf(up, "vexaNodeNsdServerWaitTimeForMount"), "24");
     EXPECT_EQ(textOf(up, "vexaNodeUnmountOnDiskFall"), "yes");
@@ -91,13 +70,6 @@ TEST_F(ElementInstancesTest, FileSystemStatusTextsAndTheirOperationalStatus) {
 
     setText(fs.status, "recovered");
     CIMInstance recovered = provider.createFileSystemInstance(&fs, &cluster);
-    std::vector<std::string> names = signature(recovered);
-    ASSERT_EQ(names.size(), 36u);
-    EXPECT_EQ(names[5], "vexaFileSystemStatus:string");
-    EXPECT_EQ(names[17], "vexaMaxNumInodes:uint64");
-    EXPECT_EQ(names[18], "vexaDefaultMetadataReplicas:uint32");
-    EXPECT_EQ(names[27], "vexaFilesystemVersion:string");
-    EXPECT_EQ(names[34], "vexaDefaultMountPoint:string");
     EXPECT_EQ(textOf(recovered, "vexaFilesystemVersion"), "13.01");
     EXPECT_EQ(statusOf(recovered), 2);
     EXPECT_EQ(pathOf(recovered),
@@ -130,10 +102,6 @@ TEST_F(ElementInstancesTest, PoolIsDegradedFromNinetyPercentAndSurvivesZeroCapac
 
     pool.freeSpace = 110; // 89 %
     CIMInstance at89 = provider.createStgPoolInstance(&pool, &fs, &cluster);
-    EXPECT_EQ(signature(at89), (std::vector<std::string>{
-                                   "InstanceID:string", "Name:string", "vexaStgPoolName:string",
-                                   "vexaStgPoolTotalSpace:uint64", "vexaStgPoolFreeSpace:uint64",
-                                   "OperationalStatus:uint16[]"}));
     EXPECT_EQ(statusOf(at89), 2);
     EXPECT_EQ(textOf(at89, "vexaStgPoolName"), "fs1+system");
     EXPECT_EQ(pathOf(at89), "root/cimv2:KOR_VEXA_StoragePool.InstanceID=\"c1+fs1+system\"");
@@ -183,8 +151,6 @@ TEST_F(ElementInstancesTest, DiskStatusFollowsTheAvailabilityShown) {
     }
 
     CIMInstance instance = provider.createDiskInstance(&cluster, &disk);
-    ASSERT_EQ(instance.getPropertyCount(), 17u);
-    EXPECT_EQ(signature(instance)[6], "vexaFreeDisk:boolean");
     EXPECT_EQ(textOf(instance, "vexaFreeDisk"), "TRUE");
     EXPECT_EQ(pathOf(instance),
               "root/cimv2:KOR_VEXA_NSD.CreationClassName=\"KOR_VEXA_NSD\","

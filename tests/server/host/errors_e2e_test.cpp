@@ -11,7 +11,7 @@
 #include <sys/time.h>
 #include <unistd.h>
 
-#include "ProcessRunner.h"
+#include "ServerSuite.h"
 
 using namespace hosttest;
 
@@ -40,15 +40,10 @@ httplib::Headers cimHeaders(const std::string& method) {
             {"CIMProtocolVersion", "1.0"}};
 }
 
-class ErrorsTest : public ::testing::Test {
+class ErrorsTest : public ServerSuite {
 protected:
     static void SetUpTestSuite() {
-        server = new ServerProcess({"--max-request-bytes", "65536", "--max-xml-depth", "32"});
-    }
-    static void TearDownTestSuite() {
-        EXPECT_EQ(server->stop(), 0) << server->err();
-        delete server;
-        server = nullptr;
+        start({"--max-request-bytes", "65536", "--max-xml-depth", "32"});
     }
     void TearDown() override {
         // Whatever a test sent, the server still answers.
@@ -62,11 +57,7 @@ protected:
         client.set_read_timeout(20, 0);
         return client.Post("/cimom", headers, body, "application/xml; charset=\"utf-8\"");
     }
-
-    static ServerProcess* server;
 };
-
-ServerProcess* ErrorsTest::server = nullptr;
 
 TEST_F(ErrorsTest, WrongNamespaceAndUnknownClassAreCimErrors) {
     CommandResult badNamespace =

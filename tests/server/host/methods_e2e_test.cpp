@@ -3,20 +3,14 @@
 // answers its return value and Message, and the enumeration follows.
 #include <gtest/gtest.h>
 
-#include "ProcessRunner.h"
+#include "ServerSuite.h"
 
 using namespace hosttest;
 
 namespace {
 
-class MethodsE2eTest : public ::testing::Test {
+class MethodsE2eTest : public ServerSuite {
 protected:
-    static void SetUpTestSuite() { server = new ServerProcess(); }
-    static void TearDownTestSuite() {
-        EXPECT_EQ(server->stop(), 0) << server->err();
-        delete server;
-        server = nullptr;
-    }
     // wbemcli's answer after the service path: "<Method>: <rc>[, out-parameters]".
     static std::string call(const std::string& methodAndParameters) {
         CommandResult result = wbemcli(
@@ -32,11 +26,7 @@ protected:
                         "Name,vexaFilesetStatus,vexaFilesetPath"})
             .out;
     }
-
-    static ServerProcess* server;
 };
-
-ServerProcess* MethodsE2eTest::server = nullptr;
 
 const std::string DATA = "vexaFileSystem=KOR_VEXA_FileSystem.Name=\"data\"";
 

@@ -7,20 +7,14 @@
 #include <memory>
 #include <thread>
 
-#include "ProcessRunner.h"
+#include "ServerSuite.h"
 
 using namespace hosttest;
 
 namespace {
 
-class OperationsTest : public ::testing::Test {
+class OperationsTest : public ServerSuite {
 protected:
-    static void SetUpTestSuite() { server = new ServerProcess(); }
-    static void TearDownTestSuite() {
-        EXPECT_EQ(server->stop(), 0) << server->err();
-        delete server;
-        server = nullptr;
-    }
     // What wbemcli prints in front of an instance path it was given.
     static std::string printedPrefix(const std::string& className) {
         return "127.0.0.1:" + std::to_string(server->port()) + "/root/cimv2:" + className + ".";
@@ -36,11 +30,7 @@ protected:
         return "http://127.0.0.1:" + std::to_string(server->port()) +
                farEnd.substr(farEnd.find('/'));
     }
-
-    static ServerProcess* server;
 };
-
-ServerProcess* OperationsTest::server = nullptr;
 
 TEST_F(OperationsTest, EnumeratesTheClusterAndItsNodes) {
     CommandResult clusters = wbemcli({"ei", server->url(":KOR_VEXA_Cluster")});
@@ -161,9 +151,7 @@ TEST_F(OperationsTest, AssociationTraversalAnswersWithFullPaths) {
 // cluster's first disk read fails on purpose.
 class DemoClusterWalkTest : public OperationsTest {
 protected:
-    static void SetUpTestSuite() {
-        server = new ServerProcess({"--cluster-model", VEXA_DEMO_MODEL});
-    }
+    static void SetUpTestSuite() { start({"--cluster-model", VEXA_DEMO_MODEL}); }
 };
 
 TEST_F(DemoClusterWalkTest, ClientsWalkFromAFileSystemToItsDisksServersAndQuotas) {
