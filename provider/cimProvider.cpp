@@ -130,10 +130,14 @@ int VexaProvider::cleanupVexaHandler() {
     if (pollingHandler == 0 && clusterInfo == 0) {
         return 0;
     }
-    pthread_rwlock_destroy(&instanceLock);
-    pollingHandler = 0;
+    // The threads that call into the library go first, then the library:
+    // its execution thread runs the queued tasks to the end, and their
+    // completions still take the cache lock.
+    stopThreads();
     EventsHandler::term();
     PollingHandler::term();
+    pollingHandler = 0;
+    pthread_rwlock_destroy(&instanceLock);
     if (clusterInfo != 0) {
         delete clusterInfo;
         clusterInfo = 0;

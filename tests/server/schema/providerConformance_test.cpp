@@ -146,11 +146,6 @@ protected:
                 std::this_thread::sleep_for(std::chrono::milliseconds(10));
             }
         }
-        // The library connection outlives the provider object, as in a
-        // server; releasing it here keeps the leak checker quiet.
-        if (provider->clusterInfo != nullptr) {
-            provider->cleanupVexaHandler();
-        }
         provider->terminate();
         qzsim::reset();
         storeFlag(theVexaProvider, static_cast<VexaProvider*>(0));
