@@ -6,6 +6,7 @@
 // answered empty, never with an error.
 #include "cimProvider.h"
 #include "lockGuards.h"
+#include "providerNamespace.h"
 
 #include <Pegasus/Common/CIMObject.h>
 #include <Pegasus/Common/CIMProperty.h>
@@ -115,14 +116,6 @@ CIMObjectPath normalised(const CIMObjectPath& path) {
 // are not valid names simply match nothing.
 bool sameName(const String& text, const CIMName& name) {
     return String::equalNoCase(text, name.getString());
-}
-
-bool inProviderNamespace(const CIMObjectPath& path, const char* function) {
-    if (path.getNameSpace().equal(NAMESPACE))
-        return true;
-    ts_log(2, function, "%s not supported.\n",
-           (const char*)path.getNameSpace().getString().getCString());
-    return false;
 }
 
 // The far ends, in association order, of the associations that refer to

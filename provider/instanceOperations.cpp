@@ -3,6 +3,7 @@
 // answered with an empty result, never with an error.
 #include "cimProvider.h"
 #include "lockGuards.h"
+#include "providerNamespace.h"
 
 #include <Pegasus/Common/CIMName.h>
 
@@ -70,14 +71,6 @@ const ClassRoute* findRoute(const CIMName& className) {
             return &route;
     }
     return 0;
-}
-
-bool inProviderNamespace(const CIMObjectPath& path, const char* function) {
-    if (path.getNameSpace().equal(NAMESPACE))
-        return true;
-    ts_log(2, function, "%s not supported.\n",
-           (const char*)path.getNameSpace().getString().getCString());
-    return false;
 }
 
 void logUnsupportedClass(const char* function, const CIMName& className) {
