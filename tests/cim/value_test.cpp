@@ -94,14 +94,10 @@ TEST(CIMValueOverloads, LiteralsPickTheSameOverloadsAsEverywhereElse) {
 }
 
 TEST(CIMValueGet, TypeAndArraynessMustMatchExactly) {
+    // Scalar against array is in CIMValueEveryType.
     CIMValue value(Uint32(42));
     Uint64 wide = 0;
     EXPECT_THROW(value.get(wide), TypeMismatchException);
-    Array<Uint32> many;
-    EXPECT_THROW(value.get(many), TypeMismatchException);
-    Uint32 exact = 0;
-    value.get(exact);
-    EXPECT_EQ(exact, 42u);
 
     try {
         String s;
