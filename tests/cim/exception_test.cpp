@@ -20,20 +20,12 @@ std::string messageOf(const Exception& e) {
 
 } // namespace
 
+// The messages of the exceptions other tests raise are checked where they
+// are raised; these are the ones nothing else throws.
 TEST(Exception, MessagesReadAsDocumented) {
     EXPECT_EQ(messageOf(Exception("plain")), "plain");
-    EXPECT_EQ(messageOf(IndexOutOfBoundsException()), "index out of bounds");
-    EXPECT_EQ(messageOf(AlreadyExistsException("property \"P\"")),
-              "already exists: property \"P\"");
-    EXPECT_EQ(messageOf(InvalidNameException("a-b")), "The CIM name is not valid: a-b");
-    EXPECT_EQ(messageOf(InvalidNamespaceNameException("x/")), "invalid CIM namespace name: x/");
-    EXPECT_EQ(messageOf(UninitializedObjectException()), "uninitialized object");
-    EXPECT_EQ(messageOf(TypeMismatchException()), "type mismatch");
     EXPECT_EQ(messageOf(TypeMismatchException("why")), "type mismatch: why");
     EXPECT_EQ(messageOf(DynamicCastFailedException()), "dynamic cast failed");
-    EXPECT_EQ(messageOf(InvalidDateTimeFormatException()), "invalid datetime format");
-    EXPECT_EQ(messageOf(DateTimeOutOfRangeException("x")), "DateTime is out of range : x");
-    EXPECT_EQ(messageOf(MalformedObjectNameException("A.k=")), "malformed object name: A.k=");
 }
 
 TEST(Exception, CopiesAreDeepAndKeepTheMessageThroughTheBase) {
@@ -44,28 +36,14 @@ TEST(Exception, CopiesAreDeepAndKeepTheMessageThroughTheBase) {
     delete original;
     EXPECT_EQ(messageOf(copy), "The CIM name is not valid: n");
     EXPECT_EQ(messageOf(assigned), "The CIM name is not valid: n");
-
-    try {
-        throw TypeMismatchException();
-    } catch (const Exception& e) {
-        EXPECT_EQ(messageOf(e), "type mismatch");
-    }
 }
 
 TEST(StatusAndType, NamesAreTheEnumeratorsOwn) {
-    EXPECT_STREQ(cimStatusCodeToString(CIM_ERR_SUCCESS), "CIM_ERR_SUCCESS");
     EXPECT_STREQ(cimStatusCodeToString(CIM_ERR_METHOD_NOT_AVAILABLE),
                  "CIM_ERR_METHOD_NOT_AVAILABLE");
-    EXPECT_STREQ(cimStatusCodeToString(CIM_ERR_METHOD_NOT_FOUND), "CIM_ERR_METHOD_NOT_FOUND");
-    EXPECT_STREQ(cimStatusCodeToString(CIM_ERR_NAMESPACE_NOT_EMPTY), "CIM_ERR_NAMESPACE_NOT_EMPTY");
-    EXPECT_STREQ(cimStatusCodeToString(CIM_ERR_SERVER_IS_SHUTTING_DOWN),
-                 "CIM_ERR_SERVER_IS_SHUTTING_DOWN");
+    // The codes travel on the wire, and 20 follows a gap after 17.
     EXPECT_EQ(int(CIM_ERR_NAMESPACE_NOT_EMPTY), 20);
     EXPECT_EQ(int(CIM_ERR_SERVER_IS_SHUTTING_DOWN), 28);
-
-    EXPECT_STREQ(cimTypeToString(CIMTYPE_BOOLEAN), "boolean");
     EXPECT_STREQ(cimTypeToString(CIMTYPE_REAL32), "real32");
-    EXPECT_STREQ(cimTypeToString(CIMTYPE_DATETIME), "datetime");
-    EXPECT_STREQ(cimTypeToString(CIMTYPE_INSTANCE), "instance");
     EXPECT_EQ(int(CIMTYPE_INSTANCE), 16);
 }

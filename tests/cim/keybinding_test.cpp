@@ -41,11 +41,6 @@ TEST(CIMKeyBinding, ValueConstructorChoosesTypeAndText) {
     EXPECT_THROW(CIMKeyBinding(CIMName("K"), CIMValue(Array<Uint8>())), TypeMismatchException);
     CIMInstance instance(CIMName("E"));
     EXPECT_THROW(CIMKeyBinding(CIMName("K"), CIMValue(instance)), TypeMismatchException);
-
-    // A literal converts to Boolean before it could become a String.
-    CIMKeyBinding literal("Name", "abc");
-    EXPECT_EQ(literal.getType(), CIMKeyBinding::BOOLEAN);
-    EXPECT_EQ(text(literal.getValue()), "TRUE");
 }
 
 TEST(CIMKeyBinding, CopiesAreDeep) {

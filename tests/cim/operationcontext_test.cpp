@@ -86,17 +86,6 @@ TEST(OperationContext, CopiesAreIndependent) {
 }
 
 TEST(OperationContext, ContainersRoundTripAndRefuseTheWrongKind) {
-    EXPECT_EQ(text(IdentityContainer::NAME), "IdentityContainer");
-    EXPECT_EQ(text(SubscriptionInstanceContainer::NAME), "SubscriptionInstanceContainer");
-    EXPECT_EQ(text(SubscriptionFilterConditionContainer::NAME),
-              "SubscriptionFilterConditionContainer");
-    EXPECT_EQ(text(SubscriptionFilterQueryContainer::NAME), "SubscriptionFilterQueryContainer");
-    EXPECT_EQ(text(SubscriptionInstanceNamesContainer::NAME), "SubscriptionInstanceNamesContainer");
-    EXPECT_EQ(text(TimeoutContainer::NAME), "TimeoutContainer");
-    EXPECT_EQ(text(AcceptLanguageListContainer::NAME), "AcceptLanguageListContainer");
-    EXPECT_EQ(text(ContentLanguageListContainer::NAME), "ContentLanguageListContainer");
-    EXPECT_EQ(text(SnmpTrapOidContainer::NAME), "SnmpTrapOidContainer");
-
     CIMInstance subscription(CIMName("CIM_IndicationSubscription"));
     Array<CIMObjectPath> names;
     names.append(CIMObjectPath("root/x:A.k=1"));
@@ -145,17 +134,6 @@ TEST(OperationContext, ContainersRoundTripAndRefuseTheWrongKind) {
                  DynamicCastFailedException);
     EXPECT_THROW(TimeoutContainer{copy.get(AcceptLanguageListContainer::NAME)},
                  DynamicCastFailedException);
-
-    // Copy and assignment of the containers themselves.
-    TimeoutContainer shortWait(1);
-    TimeoutContainer longWait(shortWait);
-    longWait = TimeoutContainer(99);
-    EXPECT_EQ(shortWait.getTimeOut(), 1u);
-    EXPECT_EQ(longWait.getTimeOut(), 99u);
-    OperationContext::Container* clone = longWait.clone();
-    EXPECT_EQ(text(clone->getName()), "TimeoutContainer");
-    EXPECT_EQ(dynamic_cast<TimeoutContainer*>(clone)->getTimeOut(), 99u);
-    clone->destroy();
 }
 
 TEST(OperationContext, CopiesOfOneContextOnManyThreads) {

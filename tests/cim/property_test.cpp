@@ -29,12 +29,6 @@ TEST(CIMProperty, ConstructorRejectsInconsistentDeclarations) {
     EXPECT_EQ(text(reference.getReferenceClassName().getString()), "C");
 }
 
-TEST(CIMProperty, LiteralValueMakesABooleanProperty) {
-    CIMProperty property("Name", "abc");
-    EXPECT_EQ(property.getType(), CIMTYPE_BOOLEAN);
-    EXPECT_EQ(text(property.getValue().toString()), "TRUE");
-}
-
 TEST(CIMProperty, SetValueKeepsTheTypeFixed) {
     CIMProperty born(CIMName("Flag"), CIMValue());
     EXPECT_THROW(born.setValue(CIMValue(String("x"))), TypeMismatchException);

@@ -30,21 +30,15 @@ static_assert(std::is_convertible_v<Array<Uint16>, CIMValue>);
 
 } // namespace
 
+// One value of each type is in CIMValueEveryType; these are the limits.
 TEST(CIMValueText, ScalarsUseTheirFixedForms) {
     EXPECT_EQ(textOf(CIMValue(false)), "FALSE");
-    EXPECT_EQ(textOf(CIMValue(Sint8(-5))), "-5");
-    EXPECT_EQ(textOf(CIMValue(Uint16(65535))), "65535");
-    EXPECT_EQ(textOf(CIMValue(Sint16(-32768))), "-32768");
     EXPECT_EQ(textOf(CIMValue(Uint64(18446744073709551615ULL))), "18446744073709551615");
     EXPECT_EQ(textOf(CIMValue(Sint64(-9223372036854775807LL - 1))), "-9223372036854775808");
     EXPECT_EQ(textOf(CIMValue(Real64(0.1))), "1.0000000000000001e-01");
-    EXPECT_EQ(textOf(CIMValue(Real64(-12345.678))), "-1.2345678000000000e+04");
     EXPECT_EQ(textOf(CIMValue(Real64(0.0))), "0.0000000000000000e+00");
-    EXPECT_EQ(textOf(CIMValue(Real32(1.5f))), "1.5000000000000000e+00");
     EXPECT_EQ(textOf(CIMValue(Real32(0.1f))), "1.0000000149011612e-01");
     EXPECT_EQ(textOf(CIMValue(String("a \"b\" <c>"))), "a \"b\" <c>");
-    EXPECT_EQ(textOf(CIMValue(CIMDateTime(String("20240102030405.123456+060")))),
-              "20240102030405.123456+060");
     EXPECT_EQ(textOf(CIMValue(CIMObjectPath(String("root/x:A.b=\"q\",a=1")))),
               "root/x:A.a=1,b=\"q\"");
 }
@@ -100,14 +94,10 @@ TEST(CIMValueOverloads, LiteralsPickTheSameOverloadsAsEverywhereElse) {
 }
 
 TEST(CIMValueGet, TypeAndArraynessMustMatchExactly) {
+    // Scalar against array is in CIMValueEveryType.
     CIMValue value(Uint32(42));
     Uint64 wide = 0;
     EXPECT_THROW(value.get(wide), TypeMismatchException);
-    Array<Uint32> many;
-    EXPECT_THROW(value.get(many), TypeMismatchException);
-    Uint32 exact = 0;
-    value.get(exact);
-    EXPECT_EQ(exact, 42u);
 
     try {
         String s;

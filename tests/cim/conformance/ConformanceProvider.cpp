@@ -1,434 +1,342 @@
-#include "ConformanceProvider.h"
-
+// A provider written the way third-party providers are: against the public
+// provider interfaces only, serving all four operation interfaces from one
+// object. Its model is as small as the driver's checks allow: widgets that
+// all sit in bin 1, and an alert a widget raises through a method, delivered
+// from a thread of the provider's own as indication providers do.
+#include <Pegasus/Common/CIMIndication.h>
 #include <Pegasus/Common/CIMObject.h>
 #include <Pegasus/Common/CIMParamValue.h>
 #include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/CIMValue.h>
-#include <Pegasus/Common/Exception.h>
+#include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/OperationContext.h>
+#include <Pegasus/Provider/CIMAssociationProvider.h>
+#include <Pegasus/Provider/CIMIndicationProvider.h>
+#include <Pegasus/Provider/CIMInstanceProvider.h>
+#include <Pegasus/Provider/CIMMethodProvider.h>
+#include <Pegasus/Provider/CIMOMHandle.h>
 #include <Pegasus/Provider/ProviderException.h>
+
+#include <mutex>
+#include <thread>
+#include <vector>
+
+PEGASUS_USING_PEGASUS;
 
 namespace {
 
-String requestingUser(const OperationContext& context) {
-    try {
-        IdentityContainer identity(context.get(IdentityContainer::NAME));
-        return identity.getUserName();
-    } catch (const Exception&) {
-        return String("unknown");
+const char WIDGET[] = "Sample_Widget";
+const char BIN[] = "Sample_Bin";
+const char WIDGET_IN_BIN[] = "Sample_WidgetInBin";
+
+struct Widget {
+    String name;
+    Uint32 size;
+    String owner;
+};
+
+CIMObjectPath widgetPath(const String& name, const CIMNamespaceName& nameSpace) {
+    Array<CIMKeyBinding> keys;
+    keys.append(CIMKeyBinding(CIMName("Name"), name, CIMKeyBinding::STRING));
+    return CIMObjectPath(String(), nameSpace, CIMName(WIDGET), keys);
+}
+
+CIMObjectPath binPath(const CIMNamespaceName& nameSpace) {
+    Array<CIMKeyBinding> keys;
+    keys.append(CIMKeyBinding(CIMName("Id"), CIMValue(Uint32(1))));
+    return CIMObjectPath(String(), nameSpace, CIMName(BIN), keys);
+}
+
+CIMInstance widgetInstance(const Widget& widget, const CIMNamespaceName& nameSpace) {
+    CIMInstance instance{CIMName(WIDGET)};
+    instance.addProperty(CIMProperty(CIMName("Name"), CIMValue(widget.name)));
+    instance.addProperty(CIMProperty(CIMName("Size"), CIMValue(widget.size)));
+    instance.addProperty(CIMProperty(CIMName("Owner"), CIMValue(widget.owner)));
+    instance.setPath(widgetPath(widget.name, nameSpace));
+    return instance;
+}
+
+CIMInstance binInstance(const CIMNamespaceName& nameSpace) {
+    CIMInstance instance{CIMName(BIN)};
+    instance.addProperty(CIMProperty(CIMName("Id"), CIMValue(Uint32(1))));
+    instance.addProperty(CIMProperty(CIMName("Label"), CIMValue(String("Shelf"))));
+    instance.setPath(binPath(nameSpace));
+    return instance;
+}
+
+// The link of the widget a request names, without the request's host.
+CIMInstance linkInstance(const CIMObjectPath& request) {
+    const CIMNamespaceName nameSpace = request.getNameSpace();
+    const CIMObjectPath widget(String(), nameSpace, request.getClassName(),
+                               request.getKeyBindings());
+    CIMInstance instance{CIMName(WIDGET_IN_BIN)};
+    instance.addProperty(CIMProperty(CIMName("Widget"), CIMValue(widget), 0, CIMName(WIDGET)));
+    instance.addProperty(
+        CIMProperty(CIMName("Bin"), CIMValue(binPath(nameSpace)), 0, CIMName(BIN)));
+    Array<CIMKeyBinding> keys;
+    keys.append(CIMKeyBinding(CIMName("Widget"), CIMValue(widget)));
+    keys.append(CIMKeyBinding(CIMName("Bin"), CIMValue(binPath(nameSpace))));
+    instance.setPath(CIMObjectPath(String(), nameSpace, CIMName(WIDGET_IN_BIN), keys));
+    return instance;
+}
+
+class ConformanceProvider : public CIMInstanceProvider,
+                            public CIMAssociationProvider,
+                            public CIMIndicationProvider,
+                            public CIMMethodProvider {
+public:
+    ConformanceProvider() {
+        _widgets.push_back(Widget{"alpha", 3, "system"});
+        _widgets.push_back(Widget{"beta", 5, "system"});
     }
-}
 
-bool isClass(const CIMName& name, const char* className) {
-    return !name.isNull() && name.equal(CIMName(className));
-}
+    void initialize(CIMOMHandle& cimom) override { _cimom = cimom; }
+    void terminate() override { delete this; }
 
-bool roleMatches(const String& wanted, const char* role) {
-    return wanted.size() == 0 || String::equalNoCase(wanted, role);
-}
-
-bool classMatches(const CIMName& wanted, const char* className) {
-    return wanted.isNull() || wanted.equal(CIMName(className));
-}
-
-// Reads a property of a client-supplied instance. False when it is absent or
-// null; a value of the wrong type is the client's mistake.
-template <class T>
-bool readProperty(const CIMInstance& instance, const char* name, T& value) {
-    const Uint32 position = instance.findProperty(CIMName(name));
-    if (position == PEG_NOT_FOUND) {
-        return false;
-    }
-    const CIMValue cimValue = instance.getProperty(position).getValue();
-    if (cimValue.isNull()) {
-        return false;
-    }
-    try {
-        cimValue.get(value);
-    } catch (const TypeMismatchException&) {
-        throw CIMInvalidParameterException(String("wrong type for property ") + String(name));
-    }
-    return true;
-}
-
-template <class T>
-bool readParameter(const Array<CIMParamValue>& parameters, const char* name, T& value) {
-    for (Uint32 i = 0; i < parameters.size(); i++) {
-        if (!String::equalNoCase(parameters[i].getParameterName(), name)) {
-            continue;
+    void getInstance(const OperationContext&, const CIMObjectPath& path, Boolean, Boolean,
+                     const CIMPropertyList&, InstanceResponseHandler& handler) override {
+        std::lock_guard<std::mutex> lock(_mutex);
+        const Widget* widget = find(path);
+        // Completing without a delivery would reach the client as
+        // CIM_ERR_FAILED; a missing instance must be CIM_ERR_NOT_FOUND.
+        if (!widget) {
+            throw CIMObjectNotFoundException(path.toString());
         }
-        const CIMValue cimValue = parameters[i].getValue();
-        if (cimValue.isNull()) {
+        handler.processing();
+        handler.deliver(widgetInstance(*widget, path.getNameSpace()));
+        handler.complete();
+    }
+
+    void enumerateInstances(const OperationContext&, const CIMObjectPath& classPath, Boolean,
+                            Boolean, const CIMPropertyList&,
+                            InstanceResponseHandler& handler) override {
+        onlyWidgets(classPath);
+        std::lock_guard<std::mutex> lock(_mutex);
+        Array<CIMInstance> instances;
+        for (const Widget& widget : _widgets) {
+            instances.append(widgetInstance(widget, classPath.getNameSpace()));
+        }
+        handler.processing();
+        handler.deliver(instances);
+        handler.complete();
+    }
+
+    void enumerateInstanceNames(const OperationContext&, const CIMObjectPath& classPath,
+                                ObjectPathResponseHandler& handler) override {
+        onlyWidgets(classPath);
+        std::lock_guard<std::mutex> lock(_mutex);
+        handler.processing();
+        for (const Widget& widget : _widgets) {
+            handler.deliver(widgetPath(widget.name, classPath.getNameSpace()));
+        }
+        handler.complete();
+    }
+
+    void modifyInstance(const OperationContext&, const CIMObjectPath&, const CIMInstance&, Boolean,
+                        const CIMPropertyList&, ResponseHandler&) override {
+        throw CIMNotSupportedException("widgets are changed through Resize");
+    }
+
+    void createInstance(const OperationContext& context, const CIMObjectPath& classPath,
+                        const CIMInstance& instance, ObjectPathResponseHandler& handler) override {
+        Widget widget{String(), 1, String()};
+        const Uint32 name = instance.findProperty(CIMName("Name"));
+        if (name == PEG_NOT_FOUND) {
+            throw CIMInvalidParameterException("a widget needs a Name");
+        }
+        instance.getProperty(name).getValue().get(widget.name);
+        widget.owner = IdentityContainer(context.get(IdentityContainer::NAME)).getUserName();
+        {
+            std::lock_guard<std::mutex> lock(_mutex);
+            _widgets.push_back(widget);
+        }
+        handler.processing();
+        handler.deliver(widgetPath(widget.name, classPath.getNameSpace()));
+        handler.complete();
+    }
+
+    void deleteInstance(const OperationContext&, const CIMObjectPath& path,
+                        ResponseHandler& handler) override {
+        std::lock_guard<std::mutex> lock(_mutex);
+        const Widget* widget = find(path);
+        if (!widget) {
+            throw CIMObjectNotFoundException(path.toString());
+        }
+        _widgets.erase(_widgets.begin() + (widget - &_widgets[0]));
+        handler.processing();
+        handler.complete();
+    }
+
+    // Only the widget end is served: every widget's far end is bin 1.
+    void associators(const OperationContext&, const CIMObjectPath& path, const CIMName&,
+                     const CIMName&, const String&, const String&, Boolean, Boolean,
+                     const CIMPropertyList&, ObjectResponseHandler& handler) override {
+        handler.processing();
+        if (knownWidget(path)) {
+            handler.deliver(CIMObject(binInstance(path.getNameSpace())));
+        }
+        handler.complete();
+    }
+
+    void associatorNames(const OperationContext&, const CIMObjectPath& path, const CIMName&,
+                         const CIMName&, const String&, const String&,
+                         ObjectPathResponseHandler& handler) override {
+        handler.processing();
+        if (knownWidget(path)) {
+            handler.deliver(binPath(path.getNameSpace()));
+        }
+        handler.complete();
+    }
+
+    void references(const OperationContext&, const CIMObjectPath& path, const CIMName&,
+                    const String&, Boolean, Boolean, const CIMPropertyList&,
+                    ObjectResponseHandler& handler) override {
+        handler.processing();
+        Array<CIMObject> links;
+        if (knownWidget(path)) {
+            links.append(CIMObject(linkInstance(path)));
+        }
+        handler.deliver(links);
+        handler.complete();
+    }
+
+    void referenceNames(const OperationContext&, const CIMObjectPath& path, const CIMName&,
+                        const String&, ObjectPathResponseHandler& handler) override {
+        handler.processing();
+        if (knownWidget(path)) {
+            handler.deliver(linkInstance(path).getPath());
+        }
+        handler.complete();
+    }
+
+    void enableIndications(IndicationResponseHandler& handler) override {
+        // Unloading would take a delivering thread away with the library.
+        _cimom.disallowProviderUnload();
+        std::lock_guard<std::mutex> lock(_mutex);
+        _indications = &handler;
+    }
+
+    void disableIndications() override {
+        {
+            std::lock_guard<std::mutex> lock(_mutex);
+            _indications = nullptr;
+        }
+        _cimom.allowProviderUnload();
+    }
+
+    void createSubscription(const OperationContext&, const CIMObjectPath& subscription,
+                            const Array<CIMObjectPath>&, const CIMPropertyList&, Uint16) override {
+        std::lock_guard<std::mutex> lock(_mutex);
+        _subscriptions.append(subscription);
+    }
+
+    void modifySubscription(const OperationContext&, const CIMObjectPath&,
+                            const Array<CIMObjectPath>&, const CIMPropertyList&, Uint16) override {}
+
+    void deleteSubscription(const OperationContext&, const CIMObjectPath& subscription,
+                            const Array<CIMObjectPath>&) override {
+        std::lock_guard<std::mutex> lock(_mutex);
+        for (Uint32 i = 0; i < _subscriptions.size(); i++) {
+            if (_subscriptions[i] == subscription) {
+                _subscriptions.remove(i);
+                return;
+            }
+        }
+        throw CIMObjectNotFoundException(subscription.toString());
+    }
+
+    void invokeMethod(const OperationContext&, const CIMObjectPath& path, const CIMName& method,
+                      const Array<CIMParamValue>& in,
+                      MethodResultResponseHandler& handler) override {
+        if (method.equal(CIMName("Resize"))) {
+            Uint32 oldSize = 0;
+            {
+                std::lock_guard<std::mutex> lock(_mutex);
+                Widget* widget = find(path);
+                if (!widget || in.size() != 1) {
+                    throw CIMInvalidParameterException("Resize takes NewSize of a known widget");
+                }
+                oldSize = widget->size;
+                in[0].getValue().get(widget->size);
+            }
+            handler.processing();
+            handler.deliverParamValue(CIMParamValue("OldSize", CIMValue(oldSize)));
+            handler.deliver(CIMValue(Uint32(0)));
+            handler.complete();
+            return;
+        }
+        if (method.equal(CIMName("RaiseAlert"))) {
+            const bool raised = raise(in.size() == 1 ? in[0].getValue() : CIMValue());
+            handler.processing();
+            handler.deliver(CIMValue(Uint32(raised ? 0 : 1)));
+            handler.complete();
+            return;
+        }
+        throw CIMMethodNotFoundException(method.getString());
+    }
+
+private:
+    static void onlyWidgets(const CIMObjectPath& classPath) {
+        if (!classPath.getClassName().equal(CIMName(WIDGET))) {
+            throw CIMNotSupportedException(classPath.getClassName().getString());
+        }
+    }
+
+    // Requests arrive with host and namespace; widgets are kept without.
+    static CIMObjectPath local(const CIMObjectPath& path) {
+        return CIMObjectPath(String(), CIMNamespaceName(), path.getClassName(),
+                             path.getKeyBindings());
+    }
+
+    Widget* find(const CIMObjectPath& path) {
+        for (Widget& widget : _widgets) {
+            if (widgetPath(widget.name, CIMNamespaceName()) == local(path)) {
+                return &widget;
+            }
+        }
+        return nullptr;
+    }
+
+    bool knownWidget(const CIMObjectPath& path) {
+        std::lock_guard<std::mutex> lock(_mutex);
+        return find(path) != nullptr;
+    }
+
+    // Delivers the alert from a thread of its own, with the subscriptions
+    // it is meant for; false when indications are not enabled.
+    bool raise(const CIMValue& message) {
+        IndicationResponseHandler* handler = nullptr;
+        OperationContext context;
+        {
+            std::lock_guard<std::mutex> lock(_mutex);
+            handler = _indications;
+            context.insert(SubscriptionInstanceNamesContainer(_subscriptions));
+        }
+        if (!handler) {
             return false;
         }
-        try {
-            cimValue.get(value);
-        } catch (const TypeMismatchException&) {
-            throw CIMInvalidParameterException(String("wrong type for parameter ") + String(name));
-        }
+        CIMIndication alert{CIMName("Sample_Alert")};
+        alert.addProperty(CIMProperty(CIMName("Message"), message));
+        // The server routes an indication by the namespace of its path.
+        alert.setPath(
+            CIMObjectPath(String(), CIMNamespaceName("root/sample"), CIMName("Sample_Alert")));
+        std::thread([&] { handler->deliver(context, alert); }).join();
         return true;
     }
-    return false;
-}
+
+    CIMOMHandle _cimom;
+    std::mutex _mutex;
+    std::vector<Widget> _widgets;
+    IndicationResponseHandler* _indications = nullptr;
+    Array<CIMObjectPath> _subscriptions;
+};
 
 } // namespace
 
-ConformanceProvider::ConformanceProvider() {}
-
-ConformanceProvider::~ConformanceProvider() {}
-
-void ConformanceProvider::initialize(CIMOMHandle& cimom) { _cimom = cimom; }
-
-void ConformanceProvider::terminate() {
-    _alerts.stop();
-    delete this;
-}
-
-void ConformanceProvider::getInstance(const OperationContext&,
-                                      const CIMObjectPath& instanceReference, Boolean, Boolean,
-                                      const CIMPropertyList&, InstanceResponseHandler& handler) {
-    const CIMNamespaceName nameSpace = instanceReference.getNameSpace();
-    CIMInstance found;
-    {
-        std::lock_guard<std::mutex> lock(_model.mutex);
-        if (isClass(instanceReference.getClassName(), WIDGET_CLASS)) {
-            if (Widget* widget = _model.findWidget(instanceReference)) {
-                found = widgetInstance(*widget, nameSpace);
-            }
-        } else if (isClass(instanceReference.getClassName(), BIN_CLASS)) {
-            if (Bin* bin = _model.findBin(instanceReference)) {
-                found = binInstance(*bin, nameSpace);
-            }
-        } else {
-            throw CIMNotSupportedException(instanceReference.getClassName().getString());
-        }
+// The symbol a CIM server looks up after loading the library.
+extern "C" PEGASUS_EXPORT CIMProvider* PegasusCreateProvider(const String& providerName) {
+    if (String::equalNoCase(providerName, "ConformanceProvider")) {
+        return new ConformanceProvider();
     }
-    // Completing without a delivery would reach the client as CIM_ERR_FAILED;
-    // a missing instance must be CIM_ERR_NOT_FOUND.
-    if (found.isUninitialized()) {
-        throw CIMObjectNotFoundException(instanceReference.toString());
-    }
-    handler.processing();
-    handler.deliver(found);
-    handler.complete();
-}
-
-void ConformanceProvider::enumerateInstances(const OperationContext&,
-                                             const CIMObjectPath& classReference, Boolean, Boolean,
-                                             const CIMPropertyList&,
-                                             InstanceResponseHandler& handler) {
-    const CIMNamespaceName nameSpace = classReference.getNameSpace();
-    Array<CIMInstance> instances;
-    {
-        std::lock_guard<std::mutex> lock(_model.mutex);
-        if (isClass(classReference.getClassName(), WIDGET_CLASS)) {
-            for (const Widget& widget : _model.widgets) {
-                instances.append(widgetInstance(widget, nameSpace));
-            }
-        } else if (isClass(classReference.getClassName(), BIN_CLASS)) {
-            for (const Bin& bin : _model.bins) {
-                instances.append(binInstance(bin, nameSpace));
-            }
-        } else {
-            throw CIMNotSupportedException(classReference.getClassName().getString());
-        }
-    }
-    handler.processing();
-    handler.deliver(instances);
-    handler.complete();
-}
-
-void ConformanceProvider::enumerateInstanceNames(const OperationContext&,
-                                                 const CIMObjectPath& classReference,
-                                                 ObjectPathResponseHandler& handler) {
-    const CIMNamespaceName nameSpace = classReference.getNameSpace();
-    handler.processing();
-    {
-        std::lock_guard<std::mutex> lock(_model.mutex);
-        if (isClass(classReference.getClassName(), WIDGET_CLASS)) {
-            for (const Widget& widget : _model.widgets) {
-                handler.deliver(widgetPath(widget.name, nameSpace));
-            }
-        } else if (isClass(classReference.getClassName(), BIN_CLASS)) {
-            for (const Bin& bin : _model.bins) {
-                handler.deliver(binPath(bin.id, nameSpace));
-            }
-        } else {
-            throw CIMNotSupportedException(classReference.getClassName().getString());
-        }
-    }
-    handler.complete();
-}
-
-void ConformanceProvider::modifyInstance(const OperationContext&,
-                                         const CIMObjectPath& instanceReference,
-                                         const CIMInstance& instanceObject, Boolean,
-                                         const CIMPropertyList& propertyList,
-                                         ResponseHandler& handler) {
-    if (!isClass(instanceReference.getClassName(), WIDGET_CLASS)) {
-        throw CIMNotSupportedException("only widgets can be modified");
-    }
-    handler.processing();
-    {
-        std::lock_guard<std::mutex> lock(_model.mutex);
-        Widget* widget = _model.findWidget(instanceReference);
-        if (!widget) {
-            throw CIMObjectNotFoundException(instanceReference.toString());
-        }
-        String color;
-        if (propertyList.useThisProperty(CIMName("Color")) &&
-            readProperty(instanceObject, "Color", color)) {
-            widget->color = color;
-        }
-        Uint32 size = 0;
-        if (propertyList.useThisProperty(CIMName("Size")) &&
-            readProperty(instanceObject, "Size", size)) {
-            widget->size = size;
-        }
-    }
-    handler.complete();
-}
-
-void ConformanceProvider::createInstance(const OperationContext& context,
-                                         const CIMObjectPath& instanceReference,
-                                         const CIMInstance& instanceObject,
-                                         ObjectPathResponseHandler& handler) {
-    if (!isClass(instanceReference.getClassName(), WIDGET_CLASS)) {
-        throw CIMNotSupportedException("only widgets can be created");
-    }
-    Widget widget;
-    widget.size = 1;
-    widget.binId = 1;
-    if (!readProperty(instanceObject, "Name", widget.name) || widget.name.size() == 0) {
-        throw CIMInvalidParameterException("a widget needs a Name");
-    }
-    readProperty(instanceObject, "Color", widget.color);
-    readProperty(instanceObject, "Size", widget.size);
-    readProperty(instanceObject, "BinId", widget.binId);
-    widget.owner = requestingUser(context);
-
-    handler.processing();
-    {
-        std::lock_guard<std::mutex> lock(_model.mutex);
-        if (_model.findWidget(widgetPath(widget.name, CIMNamespaceName()))) {
-            throw CIMObjectAlreadyExistsException(widget.name);
-        }
-        if (!_model.findBin(widget.binId)) {
-            throw CIMInvalidParameterException("no such bin");
-        }
-        _model.widgets.push_back(widget);
-    }
-    handler.deliver(widgetPath(widget.name, instanceReference.getNameSpace()));
-    handler.complete();
-}
-
-void ConformanceProvider::deleteInstance(const OperationContext&,
-                                         const CIMObjectPath& instanceReference,
-                                         ResponseHandler& handler) {
-    handler.processing();
-    {
-        std::lock_guard<std::mutex> lock(_model.mutex);
-        if (!isClass(instanceReference.getClassName(), WIDGET_CLASS) ||
-            !_model.removeWidget(instanceReference)) {
-            throw CIMObjectNotFoundException(instanceReference.toString());
-        }
-    }
-    handler.complete();
-}
-
-std::vector<ConformanceProvider::Link> ConformanceProvider::linksOf(const CIMObjectPath& objectName,
-                                                                    const String& role,
-                                                                    const CIMName& resultClass,
-                                                                    const String& resultRole) {
-    const CIMNamespaceName nameSpace = objectName.getNameSpace();
-    std::vector<Link> links;
-    std::lock_guard<std::mutex> lock(_model.mutex);
-    if (isClass(objectName.getClassName(), WIDGET_CLASS)) {
-        Widget* widget = _model.findWidget(objectName);
-        if (!widget || !roleMatches(role, "Widget") || !roleMatches(resultRole, "Bin") ||
-            !classMatches(resultClass, BIN_CLASS)) {
-            return links;
-        }
-        if (Bin* bin = _model.findBin(widget->binId)) {
-            links.push_back(
-                Link{*widget, binPath(bin->id, nameSpace), binInstance(*bin, nameSpace)});
-        }
-    } else if (isClass(objectName.getClassName(), BIN_CLASS)) {
-        Bin* bin = _model.findBin(objectName);
-        if (!bin || !roleMatches(role, "Bin") || !roleMatches(resultRole, "Widget") ||
-            !classMatches(resultClass, WIDGET_CLASS)) {
-            return links;
-        }
-        for (const Widget& widget : _model.widgets) {
-            if (widget.binId == bin->id) {
-                links.push_back(Link{widget, widgetPath(widget.name, nameSpace),
-                                     widgetInstance(widget, nameSpace)});
-            }
-        }
-    }
-    return links;
-}
-
-void ConformanceProvider::associators(const OperationContext&, const CIMObjectPath& objectName,
-                                      const CIMName& associationClass, const CIMName& resultClass,
-                                      const String& role, const String& resultRole, Boolean,
-                                      Boolean, const CIMPropertyList&,
-                                      ObjectResponseHandler& handler) {
-    handler.processing();
-    if (classMatches(associationClass, WIDGET_IN_BIN_CLASS)) {
-        for (const Link& link : linksOf(objectName, role, resultClass, resultRole)) {
-            handler.deliver(CIMObject(link.farEndInstance));
-        }
-    }
-    handler.complete();
-}
-
-void ConformanceProvider::associatorNames(const OperationContext&, const CIMObjectPath& objectName,
-                                          const CIMName& associationClass,
-                                          const CIMName& resultClass, const String& role,
-                                          const String& resultRole,
-                                          ObjectPathResponseHandler& handler) {
-    handler.processing();
-    if (classMatches(associationClass, WIDGET_IN_BIN_CLASS)) {
-        for (const Link& link : linksOf(objectName, role, resultClass, resultRole)) {
-            handler.deliver(link.farEnd);
-        }
-    }
-    handler.complete();
-}
-
-void ConformanceProvider::references(const OperationContext&, const CIMObjectPath& objectName,
-                                     const CIMName& resultClass, const String& role, Boolean,
-                                     Boolean, const CIMPropertyList&,
-                                     ObjectResponseHandler& handler) {
-    handler.processing();
-    if (classMatches(resultClass, WIDGET_IN_BIN_CLASS)) {
-        const CIMNamespaceName nameSpace = objectName.getNameSpace();
-        Array<CIMObject> objects;
-        for (const Link& link : linksOf(objectName, role, CIMName(), String())) {
-            objects.append(CIMObject(widgetInBinInstance(link.widget, nameSpace)));
-        }
-        handler.deliver(objects);
-    }
-    handler.complete();
-}
-
-void ConformanceProvider::referenceNames(const OperationContext&, const CIMObjectPath& objectName,
-                                         const CIMName& resultClass, const String& role,
-                                         ObjectPathResponseHandler& handler) {
-    handler.processing();
-    if (classMatches(resultClass, WIDGET_IN_BIN_CLASS)) {
-        const CIMNamespaceName nameSpace = objectName.getNameSpace();
-        Array<CIMObjectPath> paths;
-        for (const Link& link : linksOf(objectName, role, CIMName(), String())) {
-            paths.append(widgetInBinInstance(link.widget, nameSpace).getPath());
-        }
-        handler.deliver(paths);
-    }
-    handler.complete();
-}
-
-void ConformanceProvider::enableIndications(IndicationResponseHandler& handler) {
-    // Unloading would take the delivering thread away with the library.
-    _cimom.disallowProviderUnload();
-    _alerts.start(handler);
-}
-
-void ConformanceProvider::disableIndications() {
-    _alerts.stop();
-    _cimom.allowProviderUnload();
-}
-
-void ConformanceProvider::createSubscription(const OperationContext&,
-                                             const CIMObjectPath& subscriptionName,
-                                             const Array<CIMObjectPath>& classNames,
-                                             const CIMPropertyList&, Uint16) {
-    bool forAlerts = false;
-    for (Uint32 i = 0; i < classNames.size(); i++) {
-        forAlerts = forAlerts || isClass(classNames[i].getClassName(), ALERT_CLASS);
-    }
-    if (!forAlerts) {
-        throw CIMNotSupportedException("this provider only raises Sample_Alert");
-    }
-    std::lock_guard<std::mutex> lock(_subscriptionMutex);
-    _subscriptions.append(subscriptionName);
-}
-
-void ConformanceProvider::modifySubscription(const OperationContext&,
-                                             const CIMObjectPath& subscriptionName,
-                                             const Array<CIMObjectPath>&, const CIMPropertyList&,
-                                             Uint16) {
-    std::lock_guard<std::mutex> lock(_subscriptionMutex);
-    for (Uint32 i = 0; i < _subscriptions.size(); i++) {
-        if (_subscriptions[i] == subscriptionName) {
-            return;
-        }
-    }
-    throw CIMObjectNotFoundException(subscriptionName.toString());
-}
-
-void ConformanceProvider::deleteSubscription(const OperationContext&,
-                                             const CIMObjectPath& subscriptionName,
-                                             const Array<CIMObjectPath>&) {
-    std::lock_guard<std::mutex> lock(_subscriptionMutex);
-    for (Uint32 i = 0; i < _subscriptions.size(); i++) {
-        if (_subscriptions[i] == subscriptionName) {
-            _subscriptions.remove(i);
-            return;
-        }
-    }
-    throw CIMObjectNotFoundException(subscriptionName.toString());
-}
-
-void ConformanceProvider::invokeMethod(const OperationContext&,
-                                       const CIMObjectPath& objectReference,
-                                       const CIMName& methodName,
-                                       const Array<CIMParamValue>& inParameters,
-                                       MethodResultResponseHandler& handler) {
-    if (!isClass(objectReference.getClassName(), WIDGET_CLASS)) {
-        throw CIMNotSupportedException(objectReference.getClassName().getString());
-    }
-    if (methodName.equal(CIMName("Resize"))) {
-        Uint32 newSize = 0;
-        if (!readParameter(inParameters, "NewSize", newSize)) {
-            throw CIMInvalidParameterException("NewSize is required");
-        }
-        Uint32 oldSize = 0;
-        {
-            std::lock_guard<std::mutex> lock(_model.mutex);
-            Widget* widget = _model.findWidget(objectReference);
-            if (!widget) {
-                throw CIMObjectNotFoundException(objectReference.toString());
-            }
-            oldSize = widget->size;
-            widget->size = newSize;
-        }
-        handler.processing();
-        handler.deliverParamValue(CIMParamValue("OldSize", CIMValue(oldSize)));
-        handler.deliver(CIMValue(Uint32(0)));
-        handler.complete();
-        return;
-    }
-    if (methodName.equal(CIMName("RaiseAlert"))) {
-        String message;
-        Uint16 severity = 2;
-        if (!readParameter(inParameters, "Message", message)) {
-            throw CIMInvalidParameterException("Message is required");
-        }
-        readParameter(inParameters, "Severity", severity);
-        Array<CIMObjectPath> subscriptions;
-        {
-            std::lock_guard<std::mutex> lock(_subscriptionMutex);
-            subscriptions = _subscriptions;
-        }
-        const bool queued = _alerts.post(message, severity, subscriptions);
-        handler.processing();
-        Array<CIMParamValue> out;
-        out.append(CIMParamValue("Queued", CIMValue(Boolean(queued))));
-        handler.deliverParamValue(out);
-        handler.deliver(CIMValue(Uint32(queued ? 0 : 1)));
-        handler.complete();
-        return;
-    }
-    throw CIMMethodNotFoundException(methodName.getString());
+    return 0;
 }

@@ -11,28 +11,21 @@
 #include <Pegasus/Common/CIMParameter.h>
 #include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/OperationContext.h>
-#include <Pegasus/Common/ResponseHandler.h>
 #include <Pegasus/Provider/CIMOMHandle.h>
 
-#include <qzantras/ClusterInfo.h>
-#include <qzantras/EventsHandler.h>
 #include <qzantras/MgmtTypes.h>
 #include <qzsim/SimControl.h>
 
-#include <gtest/gtest.h>
-
 #include <cctype>
-#include <chrono>
-#include <cstdlib>
-#include <cstring>
+#include <cstdio>
+#include <functional>
 #include <map>
-#include <mutex>
 #include <set>
-#include <thread>
 
 #include "cimProvider.h"
-#include "processFlags.h"
 #include "providerClassNames.h"
+#include "providerTestSupport.h"
+#include "recordingHandlers.h"
 
 PEGASUS_USING_PEGASUS;
 using vexa::schema::SchemaRepository;
@@ -53,66 +46,6 @@ const std::set<std::string> expectedOddities = {
     "KOR_VEXA_AssociatedUserQuota.Antecedent: refers to a KOR_VEXA_User",
 };
 
-struct Collected : public InstanceResponseHandler,
-                   public ObjectPathResponseHandler,
-                   public ObjectResponseHandler,
-                   public MethodResultResponseHandler {
-    std::mutex lock;
-    Array<CIMInstance> instances;
-    Array<CIMObjectPath> paths;
-    Array<CIMParamValue> outParameters;
-    Array<CIMValue> returnValues;
-
-    void processing() override {}
-    void complete() override {}
-    void deliver(const CIMInstance& instance) override {
-        std::lock_guard<std::mutex> hold(lock);
-        instances.append(instance);
-    }
-    void deliver(const Array<CIMInstance>& list) override {
-        for (Uint32 i = 0; i < list.size(); i++) {
-            deliver(list[i]);
-        }
-    }
-    void deliver(const CIMObjectPath& path) override { paths.append(path); }
-    void deliver(const Array<CIMObjectPath>& list) override { paths.appendArray(list); }
-    void deliver(const CIMObject& object) override { deliver(CIMInstance(object)); }
-    void deliver(const Array<CIMObject>& list) override {
-        for (Uint32 i = 0; i < list.size(); i++) {
-            deliver(list[i]);
-        }
-    }
-    void deliverParamValue(const CIMParamValue& value) override { outParameters.append(value); }
-    void deliverParamValue(const Array<CIMParamValue>& values) override {
-        outParameters.appendArray(values);
-    }
-    void deliver(const CIMValue& value) override { returnValues.append(value); }
-};
-
-// Indications arrive on the event thread.
-struct CollectedIndications : public IndicationResponseHandler {
-    std::mutex lock;
-    Array<CIMInstance> indications;
-
-    void processing() override {}
-    void complete() override {}
-    void deliver(const CIMIndication& indication) override {
-        std::lock_guard<std::mutex> hold(lock);
-        indications.append(indication.clone());
-    }
-    void deliver(const Array<CIMIndication>& list) override {
-        for (Uint32 i = 0; i < list.size(); i++) {
-            deliver(list[i]);
-        }
-    }
-    void deliver(const OperationContext&, const CIMIndication& indication) override {
-        deliver(indication);
-    }
-    void deliver(const OperationContext&, const Array<CIMIndication>& list) override {
-        deliver(list);
-    }
-};
-
 std::string str(const CIMName& name) { return std::string(name.getString().getCString()); }
 
 std::string folded(const CIMName& name) {
@@ -123,35 +56,22 @@ std::string folded(const CIMName& name) {
     return text;
 }
 
-class ProviderConformance : public ::testing::Test {
+class ProviderConformance : public ProviderTest {
 protected:
     void SetUp() override {
-        unsetenv("QZSIM_CLUSTER_MODEL");
-        setenv("QZSIM_LOG_FILE", "/dev/null", 1);
-        qzsim::reset();
-        storeFlag(NeedEventHandler, false);
+        ProviderTest::SetUp();
         provider = dynamic_cast<VexaProvider*>(PegasusCreateProvider(String("VexaProvider")));
         ASSERT_NE(provider, nullptr);
         provider->initialize(cimom);
     }
 
     void TearDown() override {
-        if (provider == nullptr) {
-            return;
+        if (provider != nullptr) {
+            provider->disableIndications();
+            stopEventThread();
+            provider->terminate();
         }
-        provider->disableIndications();
-        if (theEventsHandler != 0) {
-            qzsim::endEventStream();
-            for (int i = 0; i < 500 && !loadFlag(NeedEventHandler); i++) {
-                std::this_thread::sleep_for(std::chrono::milliseconds(10));
-            }
-        }
-        provider->terminate();
-        qzsim::reset();
-        storeFlag(theVexaProvider, static_cast<VexaProvider*>(0));
-        storeFlag(KeepRunning, 0);
-        storeFlag(IndicationEnabled, 0);
-        storeFlag(IndicationHandler, static_cast<IndicationResponseHandler*>(0));
+        ProviderTest::TearDown();
     }
 
     static CIMObjectPath classPath(const CIMName& className) {
@@ -265,7 +185,7 @@ protected:
 
     SchemaRepository schema = SchemaRepository::builtIn();
     // Outlives TearDown, which ends the event thread that delivers to it.
-    CollectedIndications indications;
+    RecordingIndicationHandler indications;
     VexaProvider* provider = nullptr;
     CIMOMHandle cimom;
     OperationContext context;
@@ -288,13 +208,13 @@ TEST_F(ProviderConformance, DeliveredInstancesMatchTheirClasses) {
 
     Array<CIMInstance> elements;
     for (const CIMName& className : instanceClasses) {
-        Collected enumerated;
+        RecordingInstanceHandler enumerated;
         provider->enumerateInstances(context, classPath(className), false, false, CIMPropertyList(),
                                      enumerated);
         for (Uint32 i = 0; i < enumerated.instances.size(); i++) {
             check(enumerated.instances[i]);
             elements.append(enumerated.instances[i]);
-            Collected fetched;
+            RecordingInstanceHandler fetched;
             CIMObjectPath path = enumerated.instances[i].getPath();
             path.setHost(String("localhost"));
             provider->getInstance(context, path, false, false, CIMPropertyList(), fetched);
@@ -302,7 +222,7 @@ TEST_F(ProviderConformance, DeliveredInstancesMatchTheirClasses) {
                 check(fetched.instances[j]);
             }
         }
-        Collected named;
+        RecordingPathHandler named;
         provider->enumerateInstanceNames(context, classPath(className), named);
         for (Uint32 i = 0; i < named.paths.size(); i++) {
             EXPECT_NE(schema.findClass(named.paths[i].getClassName()), nullptr);
@@ -330,17 +250,17 @@ TEST_F(ProviderConformance, DeliveredInstancesMatchTheirClasses) {
             }
             CIMObjectPath path = elements[i].getPath();
             path.setHost(String("localhost"));
-            Collected far;
+            RecordingObjectHandler far;
             provider->associators(context, path, association, CIMName(), String(), String(), false,
                                   false, CIMPropertyList(), far);
-            for (Uint32 j = 0; j < far.instances.size(); j++) {
-                check(far.instances[j]);
+            for (Uint32 j = 0; j < far.objects.size(); j++) {
+                check(CIMInstance(far.objects[j]));
             }
         }
     }
 
     // A job, reached through the reference ModifyNode returns.
-    Collected called;
+    RecordingMethodHandler called;
     Array<CIMParamValue> in;
     in.append(CIMParamValue(String("maxFilesToCache"), CIMValue(Uint32(5000))));
     provider->invokeMethod(context, classPath(CIMName("KOR_VEXA_ClusterConfigurationService")),
@@ -358,7 +278,7 @@ TEST_F(ProviderConformance, DeliveredInstancesMatchTheirClasses) {
             CIMObjectPath job;
             out.getValue().get(job);
             job.setHost(String("localhost"));
-            Collected fetched;
+            RecordingInstanceHandler fetched;
             provider->getInstance(context, job, false, false, CIMPropertyList(), fetched);
             for (Uint32 j = 0; j < fetched.instances.size(); j++) {
                 check(fetched.instances[j]);
@@ -389,10 +309,10 @@ TEST_F(ProviderConformance, IndicationsMatchTheirClasses) {
     }
     ASSERT_TRUE(qzsim::waitForEventsDelivered(5000));
     provider->disableIndications();
-    std::lock_guard<std::mutex> hold(indications.lock);
+    Array<CIMInstance> delivered = indications.indications();
     std::set<std::string> classes;
-    for (Uint32 i = 0; i < indications.indications.size(); i++) {
-        const CIMInstance& indication = indications.indications[i];
+    for (Uint32 i = 0; i < delivered.size(); i++) {
+        const CIMInstance& indication = delivered[i];
         check(indication);
         classes.insert(str(indication.getClassName()));
         CIMClass own = schema.classForRequest(indication.getClassName(), true, false, false,
@@ -405,7 +325,7 @@ TEST_F(ProviderConformance, IndicationsMatchTheirClasses) {
         }
     }
     // Every published event type, console messages and configuration changes aside.
-    EXPECT_EQ(indications.indications.size(), 17u);
+    EXPECT_EQ(delivered.size(), 17u);
     EXPECT_EQ(classes.size(), 17u);
     expectOnlyExpectedProblems();
 }
@@ -427,8 +347,6 @@ bool reportedUnsupported(const std::string& className) {
 // The registration against the provider's own dispatch: a class is served
 // by an operation unless the provider answers it as an unknown class.
 TEST_F(ProviderConformance, TheRegistrationMatchesWhatTheProviderAnswers) {
-    qzsim::setLogLevel(0);
-    qzsim::startLogCapture();
     CIMObjectPath anchor(String("localhost"), CIMNamespaceName("root/cimv2"),
                          CIMName("KOR_VEXA_Cluster"));
     Array<CIMKeyBinding> keys;
@@ -439,26 +357,32 @@ TEST_F(ProviderConformance, TheRegistrationMatchesWhatTheProviderAnswers) {
 
     auto probe = [&](const std::string& className, bool* instances, bool* associations) {
         CIMName name(className.c_str());
-        *instances = false;
-        *associations = false;
-        Collected ignored;
-        qzsim::clearCapturedLog();
-        provider->enumerateInstances(context, classPath(name), false, false, CIMPropertyList(),
-                                     ignored);
-        *instances = *instances || !reportedUnsupported(className);
-        qzsim::clearCapturedLog();
-        provider->enumerateInstanceNames(context, classPath(name), ignored);
-        *instances = *instances || !reportedUnsupported(className);
-        qzsim::clearCapturedLog();
-        provider->getInstance(context, classPath(name), false, false, CIMPropertyList(), ignored);
-        *instances = *instances || !reportedUnsupported(className);
-        qzsim::clearCapturedLog();
-        provider->associators(context, anchor, name, CIMName(), String(), String(), false, false,
-                              CIMPropertyList(), ignored);
-        *associations = *associations || !reportedUnsupported(className);
-        qzsim::clearCapturedLog();
-        provider->associatorNames(context, anchor, name, CIMName(), String(), String(), ignored);
-        *associations = *associations || !reportedUnsupported(className);
+        RecordingInstanceHandler found;
+        RecordingPathHandler named;
+        RecordingObjectHandler far;
+        auto answered = [&](const std::function<void()>& operation) {
+            qzsim::clearCapturedLog();
+            operation();
+            return !reportedUnsupported(className);
+        };
+        *instances =
+            answered([&] {
+                provider->enumerateInstances(context, classPath(name), false, false,
+                                             CIMPropertyList(), found);
+            }) ||
+            answered([&] { provider->enumerateInstanceNames(context, classPath(name), named); }) ||
+            answered([&] {
+                provider->getInstance(context, classPath(name), false, false, CIMPropertyList(),
+                                      found);
+            });
+        *associations = answered([&] {
+                            provider->associators(context, anchor, name, CIMName(), String(),
+                                                  String(), false, false, CIMPropertyList(), far);
+                        }) ||
+                        answered([&] {
+                            provider->associatorNames(context, anchor, name, CIMName(), String(),
+                                                      String(), named);
+                        });
     };
 
     // Each half is checked once the provider reports unknown classes there.
