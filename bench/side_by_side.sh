@@ -168,9 +168,10 @@ for method in EnumerateInstances EnumerateInstanceNames; do
       name=${names[$i]}
       counted=$work/answer-$name.xml
       first=$(post "${urls[$i]}" "$method" "$work/request.xml" "$counted")
-      class_counts "$method" "$counted" >"$work/counts-$name.txt"
-      count[$name]=$(awk '{s += $1} END {print s + 0}' "$work/counts-$name.txt")
-      ours[$name]=$(served_count "$work/counts-$name.txt")
+      counts=$work/counts-$method-$class-$name.txt
+      class_counts "$method" "$counted" >"$counts"
+      count[$name]=$(awk '{s += $1} END {print s + 0}' "$counts")
+      ours[$name]=$(served_count "$counts")
       bytes[$name]=${first#* }
       times=""
       for _ in $(seq "$runs"); do
@@ -187,7 +188,12 @@ for method in EnumerateInstances EnumerateInstanceNames; do
       row+=$(awk -v v="${median[vexa]}" -v p="${median[pegasus]}" 'BEGIN {printf " | %.2f", p / v}')
       if [[ ${ours[vexa]} != "${ours[pegasus]}" ]]; then
         problems+="$method $class: vexa-cimserver answered ${ours[vexa]} instances of the"
-        problems+=" provider's classes, cimserver ${ours[pegasus]}"$'\n'
+        problems+=" provider's classes, cimserver ${ours[pegasus]}; per class (vexa, cimserver):"$'\n'
+        problems+=$(join -1 2 -2 2 -a 1 -a 2 -e 0 -o 0,1.1,2.1 \
+          <(sort -k2 "$work/counts-$method-$class-vexa.txt") \
+          <(sort -k2 "$work/counts-$method-$class-pegasus.txt") |
+          awk -v served="$served" 'BEGIN {n = split(served, s, "\n"); for (i = 1; i <= n; i++) ok[s[i]] = 1}
+            ok[$1] && $2 != $3 {printf "  %s %s %s\n", $1, $2, $3}')$'\n'
       fi
       if awk -v a="${bytes[vexa]}" -v b="${bytes[pegasus]}" 'BEGIN {exit !(a > 3 * b || b > 3 * a)}'; then
         problems+="$method $class: answer sizes differ by more than three times"
