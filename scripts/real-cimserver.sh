@@ -47,8 +47,10 @@ make_pegasus_home() {
 }
 
 # start_pegasus HOME PORT OUTPUT_FILE: cimserver on HTTP at PORT, without
-# authentication; it detaches itself once it serves. Sets pegasus_started.
+# authentication; it detaches itself once it serves. Sets pegasus_started
+# (cleared by whoever stops it) and pegasus_ran (kept).
 pegasus_started=""
+pegasus_ran=""
 start_pegasus() {
   local home=$1 port=$2 output=$3
   if ! PEGASUS_HOME=$home cimserver enableHttpConnection=true httpPort="$port" \
@@ -58,12 +60,15 @@ start_pegasus() {
     return 1
   fi
   pegasus_started=$home
+  pegasus_ran=yes
 }
 
-# Stops the cimserver that start_pegasus started, and any agent of ours
-# that outlives it.
+# Stops the cimserver that start_pegasus started, and any agent of it that
+# outlives it. Nothing is touched when this shell started no cimserver: the
+# agents are ours only because no other cimserver ran when ours started.
 stop_pegasus() {
   local pid
+  [[ -n $pegasus_ran ]] || return 0
   if [[ -n $pegasus_started ]]; then
     PEGASUS_HOME=$pegasus_started cimserver -s >/dev/null 2>&1
     pegasus_started=""
