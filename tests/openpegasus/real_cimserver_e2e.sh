@@ -19,6 +19,7 @@ work=$build/tests/openpegasus/run
 home=$work/home
 model=$source/examples/clusters/demo.json
 export PATH=$pegasus/bin:$PATH
+source "$source/scripts/real-cimserver.sh"
 
 failures=0
 checks=0
@@ -32,21 +33,6 @@ fail() {
   echo "FAIL $1"
   [[ -n ${2:-} ]] && sed 's/^/     /' <<<"$2" | head -n 40
 }
-
-free_port() {
-  local port
-  for _ in $(seq 50); do
-    port=$((20000 + RANDOM % 20000))
-    if ! (: </dev/tcp/127.0.0.1/$port) 2>/dev/null; then
-      echo "$port"
-      return
-    fi
-  done
-  echo "no free port found" >&2
-  exit 1
-}
-
-agents() { pgrep -f "cimprovagt .*VexaProviderModule" | sort -n | tr '\n' ' '; }
 
 # The given processes that have not ended within 10 s.
 still_running() {
@@ -65,35 +51,19 @@ segfault_lines() {
   dmesg 2>/dev/null | grep -c "cimprovagt.*segfault" || true
 }
 
-vexa_pid=""
 listener_pid=""
-pegasus_started=""
 stop_all() {
   [[ -n $listener_pid ]] && kill "$listener_pid" 2>/dev/null
-  [[ -n $vexa_pid ]] && kill "$vexa_pid" 2>/dev/null && wait "$vexa_pid" 2>/dev/null
-  if [[ -n $pegasus_started ]]; then
-    PEGASUS_HOME=$home cimserver -s >/dev/null 2>&1
-    pegasus_started=""
-  fi
-  for pid in $(agents); do kill -9 "$pid" 2>/dev/null; done
+  stop_vexa
+  stop_pegasus
 }
 trap stop_all EXIT
 
-if PEGASUS_HOME=$home cimserver --status >/dev/null 2>&1 ||
-  pgrep -x cimserver >/dev/null; then
-  echo "another cimserver is running on this machine (pid $(pgrep -x cimserver | tr '\n' ' '));" \
-    "stop it with 'cimserver -s' first" >&2
-  exit 1
-fi
+no_other_cimserver "$home" || exit 1
 
 # --- a private OpenPegasus home ------------------------------------------------
 rm -rf "$work"
-mkdir -p "$home/lib"
-cp -a "$pegasus/home/repository" "$home/repository"
-ln -s "$pegasus/bin" "$home/bin"
-for lib in "$pegasus"/lib/*; do ln -s "$lib" "$home/lib/"; done
-# The provider finds libqzantras through its own run path.
-ln -s "$build/lib/libVexaProvider.so" "$home/lib/"
+make_pegasus_home "$pegasus" "$home" "$build/lib"
 
 pegasus_port=$(free_port)
 export PEGASUS_HOME=$home
@@ -102,13 +72,7 @@ export QZSIM_LOG_FILE=$work/provider.log
 export QZSIM_EVENT_SOCKET=$work/events.sock
 segfaults_before=$(segfault_lines)
 
-if ! cimserver enableHttpConnection=true httpPort="$pegasus_port" enableHttpsConnection=false \
-  enableAuthentication=false shutdownTimeout=15 >"$work/cimserver.out" 2>&1; then
-  echo "cimserver did not start:" >&2
-  cat "$work/cimserver.out" >&2
-  exit 1
-fi
-pegasus_started=yes
+start_pegasus "$home" "$pegasus_port" "$work/cimserver.out" || exit 1
 pegasus_url=http://127.0.0.1:$pegasus_port/root/cimv2
 
 out=$(cimmof -n root/cimv2 -I "$source/mof" "$source/mof/VexaProvider.mof" 2>&1) &&
@@ -119,15 +83,8 @@ out=$(cimprovider -l -s 2>&1 | grep VexaProviderModule)
 [[ $out == *OK* ]] && pass "the module is registered and enabled" || fail "module status" "$out"
 
 # --- vexa-cimserver on the same model ------------------------------------------
-"$build/bin/vexa-cimserver" --listen 127.0.0.1:0 --port-file "$work/vexa.port" \
-  --cluster-model "$model" --log-file "$work/vexa-provider.log" \
-  --event-socket "$work/vexa-events.sock" >"$work/vexa.out" 2>"$work/vexa.err" &
-vexa_pid=$!
-for _ in $(seq 300); do
-  grep -q "Stop with Ctrl-C." "$work/vexa.out" 2>/dev/null && break
-  sleep 0.1
-done
-vexa_url=http://127.0.0.1:$(cat "$work/vexa.port")/root/cimv2
+start_vexa "$build" "$model" "$work"
+vexa_url=http://127.0.0.1:$vexa_port/root/cimv2
 
 # Instances as text that does not depend on the server: the host:port prefix
 # goes, lines are sorted, and values that change by themselves (sampling
