@@ -54,6 +54,10 @@ void CIMObjectRep::addProperty(const CIMProperty& property) {
         throw UninitializedObjectException();
     if (findProperty(property.getName()) != PEG_NOT_FOUND)
         throw AlreadyExistsException("property \"" + property.getName().getString() + "\"");
+    // Grown by half rather than doubled: cached instances never shrink, and
+    // a doubled list leaves up to half of its room unused for their life.
+    if (properties.size() == properties.capacity())
+        properties.reserve(properties.size() + properties.size() / 2 + 2);
     properties.push_back(property);
     holdProperty(property);
 }

@@ -16,20 +16,23 @@ public:
     CIMPropertyRep() = default;
     // A clone: same contents, new qualifier objects, not inside anything yet.
     CIMPropertyRep(const CIMPropertyRep& x)
-        : SharedRep(x), name(x.name), value(x.value), arraySize(x.arraySize),
-          referenceClassName(x.referenceClassName), classOrigin(x.classOrigin),
-          propagated(x.propagated), qualifiers(x.qualifiers.clone()), containers(0) {}
+        : SharedRep(x), containers(0), arraySize(x.arraySize), propagated(x.propagated),
+          name(x.name), value(x.value), referenceClassName(x.referenceClassName),
+          classOrigin(x.classOrigin), qualifiers(x.qualifiers.clone()) {}
 
-    CIMName name;
-    CIMValue value;
-    Uint32 arraySize = 0;
-    CIMName referenceClassName;
-    CIMName classOrigin;
-    Boolean propagated = false;
-    CIMQualifierList qualifiers;
+    // The four-byte members come first, beside the reference count, so that
+    // a property takes no padding: every cached instance holds dozens.
+
     // How many classes or instances hold this property. A held property
     // keeps its name, since the holder relies on names being unique.
     std::atomic<Uint32> containers{0};
+    Uint32 arraySize = 0;
+    Boolean propagated = false;
+    CIMName name;
+    CIMValue value;
+    CIMName referenceClassName;
+    CIMName classOrigin;
+    CIMQualifierList qualifiers;
 };
 
 PEGASUS_NAMESPACE_END

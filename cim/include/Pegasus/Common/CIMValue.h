@@ -147,6 +147,7 @@ public:
     String toString() const;
 
 private:
+    friend class RepAccess;
     CIMValueRep* _rep;
 };
 
