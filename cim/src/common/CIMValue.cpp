@@ -1,5 +1,4 @@
 #include "ArrayImpl.h"
-#include "RepAccess.h"
 #include "SharedRep.h"
 #include "ValueElementText.h"
 #include <Pegasus/Common/CIMInstance.h>
@@ -374,28 +373,30 @@ Boolean CIMValue::equal(const CIMValue& x) const {
     });
 }
 
-// Reads the stored elements in place: no copies of the array, and no clones
-// of embedded objects, which are only written out.
 std::vector<String> valueElementTexts(const CIMValue& value) {
     std::vector<String> texts;
-    const CIMValueRep* rep = RepAccess::rep(value);
-    if (rep->isNull)
+    if (value.isNull())
         return texts;
-    visitType(rep->type(), [rep, &texts](auto tag) {
+    visitType(value.getType(), [&value, &texts](auto tag) {
         using T = typename decltype(tag)::type;
-        if (!rep->isArray) {
-            texts.push_back(elementText(rep->scalar<T>()));
-            return 0;
+        if (value.isArray()) {
+            Array<T> items;
+            value.get(items);
+            texts.reserve(items.size());
+            for (Uint32 i = 0; i < items.size(); i++)
+                texts.push_back(elementText(items[i]));
+        } else {
+            T item{};
+            value.get(item);
+            texts.push_back(elementText(item));
         }
-        const Array<T>& items = rep->items<T>();
-        texts.reserve(items.size());
-        for (Uint32 i = 0; i < items.size(); i++)
-            texts.push_back(elementText(items[i]));
         return 0;
     });
     return texts;
 }
 
+// Reads the stored elements in place: no copies, and no clones of embedded
+// objects, which are only written out.
 String CIMValue::toString() const {
     const CIMValueRep* rep = _rep;
     if (rep->isNull)

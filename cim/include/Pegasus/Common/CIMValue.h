@@ -147,7 +147,6 @@ public:
     String toString() const;
 
 private:
-    friend class RepAccess;
     CIMValueRep* _rep;
 };
 
