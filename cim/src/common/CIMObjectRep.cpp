@@ -126,7 +126,7 @@ void CIMObjectRep::removeMethod(Uint32 index) {
 Array<CIMName> CIMObjectRep::keyNames() const {
     Array<CIMName> names;
     for (const CIMProperty& property : properties) {
-        if (RepAccess::rep(property)->qualifiers.isTrue(CIMName("Key")))
+        if (RepAccess::rep(property)->qualifiers().isTrue(CIMName("Key")))
             names.append(property.getName());
     }
     return names;
