@@ -99,6 +99,33 @@ TEST(CIMInstance, PathFollowsTheClassName) {
     EXPECT_EQ(text(instance.getPath().getHost()), "h1");
 }
 
+// The path an instance is given reads back exactly, key for key, whatever
+// the instance's properties hold, and later changes to either side stay on
+// that side.
+TEST(CIMInstance, PathKeysKeepTheirOwnTexts) {
+    CIMInstance disk = makeDisk();
+    disk.addProperty(CIMProperty(CIMName("Id"), CIMValue(String("D1"))));
+    disk.addProperty(CIMProperty(CIMName("Ref"), CIMValue(CIMObjectPath("Vx_Pool.Name=\"p\""))));
+    const String given = "//h/root/x:Vx_Disk.Id=\"d1\",Name=\"d1\",Ref=\"Vx_Pool.Name=\\\"p\\\"\","
+                         "Size=\"100\",Spare=\"d1\"";
+    CIMObjectPath path(given);
+    disk.setPath(path);
+    EXPECT_EQ(text(disk.getPath().toString()), text(given));
+    EXPECT_EQ(text(path.toString()), text(given));
+
+    disk.getProperty(disk.findProperty(CIMName("Name"))).setValue(CIMValue(String("d2")));
+    EXPECT_EQ(text(disk.getPath().toString()), text(given));
+    CIMObjectPath changed = disk.getPath();
+    Array<CIMKeyBinding> keys = changed.getKeyBindings();
+    keys[1].setValue("d3");
+    changed.setKeyBindings(keys);
+    disk.setPath(changed);
+    String name;
+    disk.getProperty(disk.findProperty(CIMName("Name"))).getValue().get(name);
+    EXPECT_EQ(text(name), "d2");
+    EXPECT_EQ(text(disk.getPath().getKeyBindings()[1].getValue()), "d3");
+}
+
 TEST(CIMInstance, UninitialisedHandleRefusesEverything) {
     CIMInstance empty;
     EXPECT_TRUE(empty.isUninitialized());

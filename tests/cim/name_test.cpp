@@ -2,6 +2,8 @@
 #include <Pegasus/Common/Exception.h>
 #include <gtest/gtest.h>
 #include <string>
+#include <thread>
+#include <vector>
 
 PEGASUS_USING_PEGASUS;
 
@@ -42,6 +44,40 @@ TEST(CIMName, ValidatesAndComparesIgnoringAsciiCase) {
     name.clear();
     EXPECT_TRUE(name.isNull() && !copy.isNull());
     EXPECT_TRUE(assigned == name);
+}
+
+// Equal names may share their text; each must still read back exactly as it
+// was given, however many threads make names at once and however many
+// distinct names a process sees.
+TEST(CIMName, EveryNameKeepsItsOwnSpelling) {
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; t++) {
+        threads.emplace_back([t] {
+            for (int i = 0; i < 10000; i++) {
+                std::string lower = "prop_" + std::to_string((i * 7 + t) % 10000);
+                std::string upper = "PROP_" + std::to_string(i);
+                CIMName a(lower.c_str());
+                CIMName b{String(upper.c_str())};
+                CIMName c = CIMName(upper.c_str());
+                if (utf8(a.getString()) != lower || utf8(b.getString()) != upper ||
+                    utf8(c.getString()) != upper || !(b == c))
+                    ADD_FAILURE() << lower << " " << upper;
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+
+    EXPECT_EQ(utf8(CIMName("Name").getString()), "Name");
+    EXPECT_EQ(utf8(CIMName("NAME").getString()), "NAME");
+    EXPECT_EQ(utf8(CIMName("\xC3\xA9t\xC3\xA9").getString()), "\xC3\xA9t\xC3\xA9");
+    String source("Widget");
+    CIMName named(source);
+    source[0] = 'M';
+    EXPECT_EQ(utf8(named.getString()), "Widget");
+    EXPECT_EQ(utf8(CIMName("Widget").getString()), "Widget");
+    std::string longName(300, 'x');
+    EXPECT_EQ(utf8(CIMName(longName.c_str()).getString()), longName);
 }
 
 TEST(CIMNamespaceName, DropsOneLeadingSlashAndChecksEveryElement) {

@@ -129,7 +129,7 @@ void CIMInstance::instanceFilter(Boolean includeQualifiers, Boolean includeClass
             continue;
         }
         if (!includeQualifiers)
-            RepAccess::rep(property)->qualifiers.clear();
+            RepAccess::rep(property)->clearQualifiers();
         if (!includeClassOrigin)
             property.setClassOrigin(CIMName());
     }

@@ -1,3 +1,5 @@
+#include "NameTable.h"
+
 #include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/Exception.h>
 
@@ -17,6 +19,26 @@ bool legalName(const Char16* units, Uint32 n) {
         return false;
     for (Uint32 i = 1; i < n; i++) {
         if (!isNamePart(units[i]))
+            return false;
+    }
+    return true;
+}
+
+// Length of `text` when every byte is ASCII, otherwise PEG_NOT_FOUND.
+Uint32 asciiLength(const char* text) {
+    Uint32 n = 0;
+    for (; text[n]; n++) {
+        if (static_cast<unsigned char>(text[n]) >= 0x80)
+            return PEG_NOT_FOUND;
+    }
+    return n;
+}
+
+bool legalAsciiName(const char* text, Uint32 n) {
+    if (n == 0 || !isNameStart(static_cast<unsigned char>(text[0])))
+        return false;
+    for (Uint32 i = 1; i < n; i++) {
+        if (!isNamePart(static_cast<unsigned char>(text[i])))
             return false;
     }
     return true;
@@ -46,14 +68,26 @@ Uint32 namespaceStart(const String& name) {
 
 CIMName::CIMName() {}
 
-CIMName::CIMName(const String& name) : cimName(name) {
+CIMName::CIMName(const String& name) {
     if (!legal(name))
         throw InvalidNameException(name);
+    cimName = internName(name);
 }
 
-CIMName::CIMName(const char* name) : cimName(name) {
-    if (!legal(cimName))
-        throw InvalidNameException(cimName);
+// Providers name every property with a literal: those are ASCII and need no
+// decoding to be found in the name table.
+CIMName::CIMName(const char* name) {
+    Uint32 n = name ? asciiLength(name) : PEG_NOT_FOUND;
+    if (n != PEG_NOT_FOUND) {
+        if (!legalAsciiName(name, n))
+            throw InvalidNameException(String(name, n));
+        cimName = internAsciiName(name, n);
+        return;
+    }
+    String text(name);
+    if (!legal(text))
+        throw InvalidNameException(text);
+    cimName = internName(text);
 }
 
 CIMName::CIMName(const CIMName& name) : cimName(name.cimName) {}
@@ -66,7 +100,7 @@ CIMName& CIMName::operator=(const CIMName& name) {
 CIMName& CIMName::operator=(const String& name) {
     if (!legal(name))
         throw InvalidNameException(name);
-    cimName = name;
+    cimName = internName(name);
     return *this;
 }
 

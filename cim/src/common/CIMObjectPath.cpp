@@ -58,14 +58,20 @@ String localHostName() {
     return String(name);
 }
 
+// Runs without a backslash or quote are copied whole.
 void appendQuoted(String& text, const String& value) {
+    const Char16* units = value.getChar16Data();
+    const Uint32 count = value.size();
     text.append(Char16('"'));
-    for (Uint32 i = 0; i < value.size(); i++) {
-        Char16 c = value[i];
-        if (c == '\\' || c == '"')
+    Uint32 runStart = 0;
+    for (Uint32 i = 0; i < count; i++) {
+        if (units[i] == '\\' || units[i] == '"') {
+            text.append(units + runStart, i - runStart);
             text.append(Char16('\\'));
-        text.append(c);
+            runStart = i;
+        }
     }
+    text.append(units + runStart, count - runStart);
     text.append(Char16('"'));
 }
 
@@ -230,18 +236,26 @@ void CIMObjectPath::setKeyBindings(const Array<CIMKeyBinding>& keyBindings) {
 }
 
 String CIMObjectPath::toString() const {
+    const CIMObjectPathRep* rep = _rep;
+    const Array<CIMKeyBinding>& keys = rep->keyBindings;
+    // Room for everything but escapes, so the text is built in one buffer.
+    Uint32 length = rep->host.size() + rep->nameSpace.getString().size() +
+                    rep->className.getString().size() + 4;
+    for (Uint32 i = 0; i < keys.size(); i++)
+        length += keys[i].getName().getString().size() + keys[i].getValue().size() + 4;
     String text;
-    if (_rep->host.size()) {
-        text.append(String("//"));
-        text.append(_rep->host);
+    text.reserveCapacity(length);
+    if (rep->host.size()) {
+        text.append(Char16('/'));
+        text.append(Char16('/'));
+        text.append(rep->host);
         text.append(Char16('/'));
     }
-    if (!_rep->nameSpace.isNull() || _rep->host.size()) {
-        text.append(_rep->nameSpace.getString());
+    if (!rep->nameSpace.isNull() || rep->host.size()) {
+        text.append(rep->nameSpace.getString());
         text.append(Char16(':'));
     }
-    text.append(_rep->className.getString());
-    const Array<CIMKeyBinding>& keys = _rep->keyBindings;
+    text.append(rep->className.getString());
     for (Uint32 i = 0; i < keys.size(); i++) {
         text.append(Char16(i ? ',' : '.'));
         text.append(keys[i].getName().getString());

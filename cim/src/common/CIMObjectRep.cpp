@@ -47,6 +47,37 @@ void CIMObjectRep::setPath(const CIMObjectPath& newPath) {
     if (!newPath.getClassName().equal(className()))
         throw TypeMismatchException();
     path = newPath;
+    shareKeyTexts();
+}
+
+// Keys are properties, so an instance's path usually repeats the texts of
+// its key properties. Where a string key equals its property's value, the
+// key takes the property's text, and the copy the builder made is freed with
+// the builder's temporaries. Nothing a caller can see changes: texts are
+// values, and the caller's path is left as it was.
+void CIMObjectRep::shareKeyTexts() {
+    const Array<CIMKeyBinding>& keys = path.getKeyBindings();
+    Array<CIMKeyBinding> shared;
+    for (Uint32 i = 0; i < keys.size(); i++) {
+        if (keys[i].getType() != CIMKeyBinding::STRING)
+            continue;
+        Uint32 index = findProperty(keys[i].getName());
+        if (index == PEG_NOT_FOUND)
+            continue;
+        const CIMValue& value = properties[index].getValue();
+        if (value.getType() != CIMTYPE_STRING || value.isArray() || value.isNull())
+            continue;
+        String text;
+        value.get(text);
+        if (text.getChar16Data() == keys[i].getValue().getChar16Data() ||
+            !String::equal(text, keys[i].getValue()))
+            continue;
+        if (shared.size() == 0)
+            shared = keys;
+        shared[i].setValue(text);
+    }
+    if (shared.size() != 0)
+        path.setKeyBindings(shared);
 }
 
 void CIMObjectRep::addProperty(const CIMProperty& property) {
@@ -54,6 +85,10 @@ void CIMObjectRep::addProperty(const CIMProperty& property) {
         throw UninitializedObjectException();
     if (findProperty(property.getName()) != PEG_NOT_FOUND)
         throw AlreadyExistsException("property \"" + property.getName().getString() + "\"");
+    // Grown by half rather than doubled: cached instances never shrink, and
+    // a doubled list leaves up to half of its room unused for their life.
+    if (properties.size() == properties.capacity())
+        properties.reserve(properties.size() + properties.size() / 2 + 2);
     properties.push_back(property);
     holdProperty(property);
 }
@@ -122,7 +157,7 @@ void CIMObjectRep::removeMethod(Uint32 index) {
 Array<CIMName> CIMObjectRep::keyNames() const {
     Array<CIMName> names;
     for (const CIMProperty& property : properties) {
-        if (RepAccess::rep(property)->qualifiers.isTrue(CIMName("Key")))
+        if (RepAccess::rep(property)->qualifiers().isTrue(CIMName("Key")))
             names.append(property.getName());
     }
     return names;

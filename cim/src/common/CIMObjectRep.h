@@ -43,6 +43,10 @@ public:
     Array<CIMName> keyNames() const;
     Boolean identical(const CIMObjectRep& x) const;
 
+private:
+    void shareKeyTexts();
+
+public:
     Kind kind;
     CIMObjectPath path;
     CIMName superClassName;

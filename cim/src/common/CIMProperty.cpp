@@ -23,8 +23,8 @@ CIMPropertyRep* makePropertyRep(const CIMName& name, const CIMValue& value, Uint
     rep->name = name;
     rep->value = value;
     rep->arraySize = arraySize;
-    rep->referenceClassName = referenceClassName;
-    rep->classOrigin = classOrigin;
+    rep->setReferenceClassName(referenceClassName);
+    rep->setClassOrigin(classOrigin);
     rep->propagated = propagated;
     return rep;
 }
@@ -35,9 +35,9 @@ Boolean identicalProperties(const CIMPropertyRep* x, const CIMPropertyRep* y) {
     if (x == y)
         return true;
     return x->name.equal(y->name) && x->value.equal(y->value) && x->arraySize == y->arraySize &&
-           x->referenceClassName.equal(y->referenceClassName) &&
-           x->classOrigin.equal(y->classOrigin) && x->propagated == y->propagated &&
-           x->qualifiers.identical(y->qualifiers);
+           x->referenceClassName().equal(y->referenceClassName()) &&
+           x->classOrigin().equal(y->classOrigin()) && x->propagated == y->propagated &&
+           x->qualifiers().identical(y->qualifiers());
 }
 
 CIMProperty cloneProperty(const CIMPropertyRep* rep) {
@@ -91,13 +91,13 @@ void CIMProperty::setValue(const CIMValue& value) {
 Uint32 CIMProperty::getArraySize() const { return checkedRep(_rep)->arraySize; }
 
 const CIMName& CIMProperty::getReferenceClassName() const {
-    return checkedRep(_rep)->referenceClassName;
+    return checkedRep(_rep)->referenceClassName();
 }
 
-const CIMName& CIMProperty::getClassOrigin() const { return checkedRep(_rep)->classOrigin; }
+const CIMName& CIMProperty::getClassOrigin() const { return checkedRep(_rep)->classOrigin(); }
 
 void CIMProperty::setClassOrigin(const CIMName& classOrigin) {
-    checkedRep(_rep)->classOrigin = classOrigin;
+    checkedRep(_rep)->setClassOrigin(classOrigin);
 }
 
 Boolean CIMProperty::getPropagated() const { return checkedRep(_rep)->propagated; }
@@ -105,25 +105,27 @@ Boolean CIMProperty::getPropagated() const { return checkedRep(_rep)->propagated
 void CIMProperty::setPropagated(Boolean propagated) { checkedRep(_rep)->propagated = propagated; }
 
 CIMProperty& CIMProperty::addQualifier(const CIMQualifier& x) {
-    checkedRep(_rep)->qualifiers.add(x);
+    checkedRep(_rep)->qualifiersToChange().add(x);
     return *this;
 }
 
 Uint32 CIMProperty::findQualifier(const CIMName& name) const {
-    return checkedRep(_rep)->qualifiers.find(name);
+    return checkedRep(_rep)->qualifiers().find(name);
 }
 
 CIMQualifier CIMProperty::getQualifier(Uint32 index) {
-    return checkedRep(_rep)->qualifiers.get(index);
+    return checkedRep(_rep)->qualifiers().get(index);
 }
 
 CIMConstQualifier CIMProperty::getQualifier(Uint32 index) const {
-    return checkedRep(_rep)->qualifiers.get(index);
+    return checkedRep(_rep)->qualifiers().get(index);
 }
 
-void CIMProperty::removeQualifier(Uint32 index) { checkedRep(_rep)->qualifiers.remove(index); }
+void CIMProperty::removeQualifier(Uint32 index) {
+    checkedRep(_rep)->qualifiersToChange().remove(index);
+}
 
-Uint32 CIMProperty::getQualifierCount() const { return checkedRep(_rep)->qualifiers.size(); }
+Uint32 CIMProperty::getQualifierCount() const { return checkedRep(_rep)->qualifiers().size(); }
 
 Boolean CIMProperty::identical(const CIMConstProperty& x) const {
     return identicalProperties(_rep, x._rep);
@@ -167,22 +169,22 @@ Boolean CIMConstProperty::isArray() const { return checkedRep(_rep)->value.isArr
 Uint32 CIMConstProperty::getArraySize() const { return checkedRep(_rep)->arraySize; }
 
 const CIMName& CIMConstProperty::getReferenceClassName() const {
-    return checkedRep(_rep)->referenceClassName;
+    return checkedRep(_rep)->referenceClassName();
 }
 
-const CIMName& CIMConstProperty::getClassOrigin() const { return checkedRep(_rep)->classOrigin; }
+const CIMName& CIMConstProperty::getClassOrigin() const { return checkedRep(_rep)->classOrigin(); }
 
 Boolean CIMConstProperty::getPropagated() const { return checkedRep(_rep)->propagated; }
 
 Uint32 CIMConstProperty::findQualifier(const CIMName& name) const {
-    return checkedRep(_rep)->qualifiers.find(name);
+    return checkedRep(_rep)->qualifiers().find(name);
 }
 
 CIMConstQualifier CIMConstProperty::getQualifier(Uint32 index) const {
-    return checkedRep(_rep)->qualifiers.get(index);
+    return checkedRep(_rep)->qualifiers().get(index);
 }
 
-Uint32 CIMConstProperty::getQualifierCount() const { return checkedRep(_rep)->qualifiers.size(); }
+Uint32 CIMConstProperty::getQualifierCount() const { return checkedRep(_rep)->qualifiers().size(); }
 
 Boolean CIMConstProperty::identical(const CIMConstProperty& x) const {
     return identicalProperties(_rep, x._rep);

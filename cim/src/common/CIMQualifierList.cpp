@@ -7,49 +7,54 @@ void CIMQualifierList::add(const CIMQualifier& qualifier) {
         throw UninitializedObjectException();
     if (find(qualifier.getName()) != PEG_NOT_FOUND)
         throw AlreadyExistsException("qualifier \"" + qualifier.getName().getString() + "\"");
-    _items.push_back(qualifier);
+    if (!_items)
+        _items = std::make_unique<std::vector<CIMQualifier>>();
+    _items->push_back(qualifier);
 }
 
 Uint32 CIMQualifierList::find(const CIMName& name) const {
-    for (std::size_t i = 0; i < _items.size(); i++) {
-        if (_items[i].getName().equal(name))
+    for (Uint32 i = 0; i < size(); i++) {
+        if ((*_items)[i].getName().equal(name))
             return Uint32(i);
     }
     return PEG_NOT_FOUND;
 }
 
 CIMQualifier& CIMQualifierList::get(Uint32 index) {
-    if (index >= _items.size())
+    if (index >= size())
         throw IndexOutOfBoundsException();
-    return _items[index];
+    return (*_items)[index];
 }
 
 const CIMQualifier& CIMQualifierList::get(Uint32 index) const {
-    if (index >= _items.size())
+    if (index >= size())
         throw IndexOutOfBoundsException();
-    return _items[index];
+    return (*_items)[index];
 }
 
 void CIMQualifierList::remove(Uint32 index) {
-    if (index >= _items.size())
+    if (index >= size())
         throw IndexOutOfBoundsException();
-    _items.erase(_items.begin() + index);
+    _items->erase(_items->begin() + index);
 }
 
 CIMQualifierList CIMQualifierList::clone() const {
     CIMQualifierList copy;
-    copy._items.reserve(_items.size());
-    for (const CIMQualifier& qualifier : _items)
-        copy._items.push_back(qualifier.clone());
+    if (size() == 0)
+        return copy;
+    copy._items = std::make_unique<std::vector<CIMQualifier>>();
+    copy._items->reserve(_items->size());
+    for (const CIMQualifier& qualifier : *_items)
+        copy._items->push_back(qualifier.clone());
     return copy;
 }
 
 Boolean CIMQualifierList::identical(const CIMQualifierList& x) const {
-    if (_items.size() != x._items.size())
+    if (size() != x.size())
         return false;
     // In order, as OpenPegasus compares them.
-    for (std::size_t i = 0; i < _items.size(); i++) {
-        if (!_items[i].identical(x._items[i]))
+    for (Uint32 i = 0; i < size(); i++) {
+        if (!(*_items)[i].identical((*x._items)[i]))
             return false;
     }
     return true;
@@ -59,7 +64,7 @@ Boolean CIMQualifierList::isTrue(const CIMName& name) const {
     Uint32 index = find(name);
     if (index == PEG_NOT_FOUND)
         return false;
-    const CIMValue& value = _items[index].getValue();
+    const CIMValue& value = (*_items)[index].getValue();
     if (value.getType() != CIMTYPE_BOOLEAN || value.isArray() || value.isNull())
         return false;
     Boolean flag = false;

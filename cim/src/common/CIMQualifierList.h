@@ -5,6 +5,7 @@
 
 #include <Pegasus/Common/CIMQualifier.h>
 #include <Pegasus/Common/Config.h>
+#include <memory>
 #include <vector>
 
 PEGASUS_NAMESPACE_BEGIN
@@ -16,8 +17,8 @@ public:
     CIMQualifier& get(Uint32 index);
     const CIMQualifier& get(Uint32 index) const;
     void remove(Uint32 index);
-    Uint32 size() const { return Uint32(_items.size()); }
-    void clear() { _items.clear(); }
+    Uint32 size() const { return _items ? Uint32(_items->size()) : 0; }
+    void clear() { _items.reset(); }
 
     // Clones every qualifier, for the deep copy of the element holding them.
     CIMQualifierList clone() const;
@@ -27,7 +28,9 @@ public:
     Boolean isTrue(const CIMName& name) const;
 
 private:
-    std::vector<CIMQualifier> _items;
+    // Allocated with the first qualifier: most properties of an instance
+    // have none, and an empty list should cost one pointer.
+    std::unique_ptr<std::vector<CIMQualifier>> _items;
 };
 
 PEGASUS_NAMESPACE_END

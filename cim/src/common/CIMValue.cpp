@@ -7,8 +7,10 @@
 #include <Pegasus/Common/CIMValue.h>
 #include <cstddef>
 #include <cstdio>
+#include <new>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <variant>
 
 PEGASUS_NAMESPACE_BEGIN
@@ -17,8 +19,8 @@ template class Array<CIMValue>;
 
 namespace {
 
-// The alternatives are listed in CIMType order, so a value's type is also
-// the index of the array that holds its elements.
+// Only a list of the element types, in CIMType order: a type's position in
+// it is its CIMType. No value of it is ever made.
 using ValueItems =
     std::variant<Array<Boolean>, Array<Uint8>, Array<Sint8>, Array<Uint16>, Array<Sint16>,
                  Array<Uint32>, Array<Sint32>, Array<Uint64>, Array<Sint64>, Array<Real32>,
@@ -150,46 +152,101 @@ String elementText(const T& x) {
 
 } // namespace
 
+// Scalars and arrays alike are held in the representation itself: every
+// element type, and Array of it, is one pointer or one number, so a value
+// costs a single allocation. type, isArray and isNull say what the payload
+// holds (nothing when null).
 class CIMValueRep : public SharedRep {
 public:
-    CIMType type = CIMTYPE_BOOLEAN;
-    Boolean isArray = false;
+    CIMValueRep(CIMType valueType, Boolean valueIsArray)
+        : typeCode(Uint8(valueType)), isArray(valueIsArray) {}
+    CIMValueRep(const CIMValueRep&) = delete;
+    CIMValueRep& operator=(const CIMValueRep&) = delete;
+
+    ~CIMValueRep() {
+        if (isNull)
+            return;
+        visitType(type(), [this](auto tag) {
+            using T = typename decltype(tag)::type;
+            if (isArray)
+                items<T>().~Array<T>();
+            else
+                scalar<T>().~T();
+            return 0;
+        });
+    }
+
+    CIMType type() const { return CIMType(typeCode); }
+
+    template <class T>
+    T& scalar() {
+        return *std::launder(reinterpret_cast<T*>(payload));
+    }
+    template <class T>
+    const T& scalar() const {
+        return *std::launder(reinterpret_cast<const T*>(payload));
+    }
+    template <class T>
+    Array<T>& items() {
+        return scalar<Array<T>>();
+    }
+    template <class T>
+    const Array<T>& items() const {
+        return scalar<Array<T>>();
+    }
+
+    Uint8 typeCode;
+    Boolean isArray;
     Boolean isNull = true;
     Uint32 nullArraySize = 0;
-    ValueItems items;
+    alignas(8) unsigned char payload[8];
 };
+
+template <class T>
+constexpr bool fitsPayload() {
+    return sizeof(T) <= 8 && alignof(T) <= 8 && sizeof(Array<T>) <= 8 && alignof(Array<T>) <= 8;
+}
+static_assert(fitsPayload<Uint64>() && fitsPayload<Real64>() && fitsPayload<String>() &&
+              fitsPayload<CIMDateTime>() && fitsPayload<CIMObjectPath>() &&
+              fitsPayload<CIMObject>() && fitsPayload<CIMInstance>());
 
 namespace {
 
-// Shared by every default-constructed or cleared value; its first reference
-// is never released, so it lives as long as the process.
-CIMValueRep* nullBooleanRep() {
-    static CIMValueRep* const rep = new CIMValueRep();
+// Values are immutable once made, so every null value without an array
+// size shares one representation per type; their first references are
+// never released, so they live as long as the process.
+CIMValueRep* sharedNullRep(CIMType type, Boolean isArray) {
+    static CIMValueRep* const* const reps = [] {
+        static CIMValueRep* made[2 * (CIMTYPE_INSTANCE + 1)];
+        for (int t = 0; t <= CIMTYPE_INSTANCE; t++) {
+            made[2 * t] = new CIMValueRep(CIMType(t), false);
+            made[2 * t + 1] = new CIMValueRep(CIMType(t), true);
+        }
+        return made;
+    }();
+    CIMValueRep* rep = reps[2 * int(type) + (isArray ? 1 : 0)];
     retainRep(rep);
     return rep;
 }
 
+CIMValueRep* nullBooleanRep() { return sharedNullRep(CIMTYPE_BOOLEAN, false); }
+
 CIMValueRep* makeNullRep(CIMType type, Boolean isArray, Uint32 arraySize) {
-    CIMValueRep* rep = new CIMValueRep();
-    rep->type = type;
-    rep->isArray = isArray;
-    rep->nullArraySize = isArray ? arraySize : 0;
-    visitType(type, [rep](auto tag) {
-        using T = typename decltype(tag)::type;
-        rep->items.emplace<Array<T>>();
-        return 0;
-    });
+    if (int(type) < 0 || int(type) > CIMTYPE_INSTANCE)
+        throw TypeMismatchException();
+    if (!isArray || arraySize == 0)
+        return sharedNullRep(type, isArray);
+    CIMValueRep* rep = new CIMValueRep(type, isArray);
+    rep->nullArraySize = arraySize;
     return rep;
 }
 
 template <class T>
 CIMValueRep* makeScalarRep(const T& x) {
-    Array<T> items;
-    items.append(detached(x));
-    CIMValueRep* rep = new CIMValueRep();
-    rep->type = cimTypeOf<T>();
+    T item = detached(x);
+    CIMValueRep* rep = new CIMValueRep(cimTypeOf<T>(), false);
+    new (rep->payload) T(std::move(item));
     rep->isNull = false;
-    rep->items = items;
     return rep;
 }
 
@@ -203,17 +260,15 @@ CIMValueRep* makeArrayRep(const Array<T>& x) {
     } else {
         items = x;
     }
-    CIMValueRep* rep = new CIMValueRep();
-    rep->type = cimTypeOf<T>();
-    rep->isArray = true;
+    CIMValueRep* rep = new CIMValueRep(cimTypeOf<T>(), true);
+    new (rep->payload) Array<T>(items);
     rep->isNull = false;
-    rep->items = items;
     return rep;
 }
 
 template <class T>
 void checkReadable(const CIMValueRep* rep, Boolean asArray) {
-    if (rep->type != cimTypeOf<T>() || rep->isArray != asArray)
+    if (rep->type() != cimTypeOf<T>() || rep->isArray != asArray)
         throw TypeMismatchException();
 }
 
@@ -221,7 +276,7 @@ template <class T>
 void readScalar(const CIMValueRep* rep, T& x) {
     checkReadable<T>(rep, false);
     if (!rep->isNull)
-        x = detached(std::get<Array<T>>(rep->items)[0]);
+        x = detached(rep->scalar<T>());
 }
 
 template <class T>
@@ -229,7 +284,7 @@ void readArray(const CIMValueRep* rep, Array<T>& x) {
     checkReadable<T>(rep, true);
     if (rep->isNull)
         return;
-    const Array<T>& items = std::get<Array<T>>(rep->items);
+    const Array<T>& items = rep->items<T>();
     if constexpr (std::is_same_v<T, CIMObject> || std::is_same_v<T, CIMInstance>) {
         Array<T> copies;
         copies.reserveCapacity(items.size());
@@ -272,21 +327,25 @@ void CIMValue::setNullValue(CIMType type, Boolean isArray, Uint32 arraySize) {
 }
 
 Boolean CIMValue::typeCompatible(const CIMValue& x) const {
-    return _rep->type == x._rep->type && _rep->isArray == x._rep->isArray;
+    return _rep->typeCode == x._rep->typeCode && _rep->isArray == x._rep->isArray;
 }
 
 Boolean CIMValue::isArray() const { return _rep->isArray; }
 
 Boolean CIMValue::isNull() const { return _rep->isNull; }
 
-CIMType CIMValue::getType() const { return _rep->type; }
+CIMType CIMValue::getType() const { return _rep->type(); }
 
 Uint32 CIMValue::getArraySize() const {
     if (!_rep->isArray)
         return 0;
     if (_rep->isNull)
         return _rep->nullArraySize;
-    return std::visit([](const auto& items) { return items.size(); }, _rep->items);
+    const CIMValueRep* rep = _rep;
+    return visitType(rep->type(), [rep](auto tag) {
+        using T = typename decltype(tag)::type;
+        return rep->items<T>().size();
+    });
 }
 
 Boolean CIMValue::equal(const CIMValue& x) const {
@@ -294,14 +353,16 @@ Boolean CIMValue::equal(const CIMValue& x) const {
     const CIMValueRep* theirs = x._rep;
     if (mine == theirs)
         return true;
-    if (mine->type != theirs->type || mine->isArray != theirs->isArray)
+    if (mine->typeCode != theirs->typeCode || mine->isArray != theirs->isArray)
         return false;
     if (mine->isNull || theirs->isNull)
         return mine->isNull == theirs->isNull;
-    return visitType(mine->type, [mine, theirs](auto tag) {
+    return visitType(mine->type(), [mine, theirs](auto tag) {
         using T = typename decltype(tag)::type;
-        const Array<T>& a = std::get<Array<T>>(mine->items);
-        const Array<T>& b = std::get<Array<T>>(theirs->items);
+        if (!mine->isArray)
+            return sameElement(mine->scalar<T>(), theirs->scalar<T>());
+        const Array<T>& a = mine->items<T>();
+        const Array<T>& b = theirs->items<T>();
         if (a.size() != b.size())
             return false;
         for (Uint32 i = 0; i < a.size(); i++) {
@@ -321,6 +382,7 @@ std::vector<String> valueElementTexts(const CIMValue& value) {
         if (value.isArray()) {
             Array<T> items;
             value.get(items);
+            texts.reserve(items.size());
             for (Uint32 i = 0; i < items.size(); i++)
                 texts.push_back(elementText(items[i]));
         } else {
@@ -333,18 +395,24 @@ std::vector<String> valueElementTexts(const CIMValue& value) {
     return texts;
 }
 
+// Reads the stored elements in place: no copies, and no clones of embedded
+// objects, which are only written out.
 String CIMValue::toString() const {
-    if (_rep->isNull)
+    const CIMValueRep* rep = _rep;
+    if (rep->isNull)
         return String();
-    std::vector<String> texts = valueElementTexts(*this);
-    if (!_rep->isArray)
-        return texts.front();
-    String joined;
-    for (const String& text : texts) {
-        joined.append(text);
-        joined.append(Char16(' '));
-    }
-    return joined;
+    return visitType(rep->type(), [rep](auto tag) {
+        using T = typename decltype(tag)::type;
+        if (!rep->isArray)
+            return elementText(rep->scalar<T>());
+        const Array<T>& items = rep->items<T>();
+        String joined;
+        for (Uint32 i = 0; i < items.size(); i++) {
+            joined.append(elementText(items[i]));
+            joined.append(Char16(' '));
+        }
+        return joined;
+    });
 }
 
 Boolean operator==(const CIMValue& x, const CIMValue& y) { return x.equal(y); }

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstring>
 #include <new>
+#include <string>
 #include <vector>
 
 PEGASUS_NAMESPACE_BEGIN
@@ -88,12 +89,37 @@ Uint32 grownCapacity(StringRep* rep, Uint64 needed) {
     return Uint32(wanted);
 }
 
+// Decodes straight into the representation: names and most values are
+// ASCII, which need neither a scratch buffer nor a second copy.
 StringRep* fromUtf8(const char* bytes, Uint32 n) {
     if (n == 0)
         return nullptr;
-    std::vector<Char16> units(n);
-    Uint32 count = decodeUtf8(bytes, n, units.data());
-    return StringRep::make(units.data(), count);
+    // UTF-16 never needs more units than UTF-8 needs bytes.
+    StringRep* rep = StringRep::allocate(n);
+    Char16* units = rep->data();
+    Uint32 ascii = 0;
+    while (ascii < n && static_cast<unsigned char>(bytes[ascii]) < 0x80) {
+        units[ascii] = Char16(Uint16(static_cast<unsigned char>(bytes[ascii])));
+        ascii++;
+    }
+    Uint32 count = n;
+    if (ascii < n) {
+        try {
+            count = decodeUtf8(bytes, n, units);
+        } catch (...) {
+            StringRep::release(rep);
+            throw;
+        }
+    }
+    units[count] = 0;
+    rep->size = count;
+    // Multi-byte text leaves unused room; give it back when it is worth it.
+    if (n - count > 8) {
+        StringRep* exact = StringRep::make(units, count);
+        StringRep::release(rep);
+        return exact;
+    }
+    return rep;
 }
 
 Uint32 unitCount(const Char16* units) {
@@ -218,7 +244,19 @@ Uint32 String::size() const { return _rep ? _rep->size : 0; }
 const Char16* String::getChar16Data() const { return _rep ? _rep->data() : emptyUnits; }
 
 CString String::getCString() const {
-    std::string bytes = encodeUtf8(getChar16Data(), size());
+    const Char16* units = getChar16Data();
+    Uint32 count = size();
+    Uint32 ascii = 0;
+    while (ascii < count && Uint16(units[ascii]) < 0x80)
+        ascii++;
+    if (ascii == count) {
+        char* copy = new char[std::size_t(count) + 1];
+        for (Uint32 i = 0; i < count; i++)
+            copy[i] = static_cast<char>(Uint16(units[i]));
+        copy[count] = '\0';
+        return CString(copy);
+    }
+    std::string bytes = encodeUtf8(units, count);
     char* copy = new char[bytes.size() + 1];
     std::memcpy(copy, bytes.c_str(), bytes.size() + 1);
     return CString(copy);
@@ -268,6 +306,9 @@ String& String::append(const Char16* str, Uint32 n) {
 }
 
 String& String::append(const String& str) {
+    if (&str != this)
+        return append(str.getChar16Data(), str.size());
+    // Appending a string to itself: its units must outlive the growth.
     String keep(str);
     return append(keep.getChar16Data(), keep.size());
 }
@@ -397,6 +438,9 @@ Boolean String::equal(const String& s1, const String& s2) {
 }
 
 Boolean String::equalNoCase(const String& s1, const String& s2) {
+    // Interned names make this the common case.
+    if (s1._rep == s2._rep)
+        return true;
     Uint32 count = s1.size();
     if (count != s2.size())
         return false;
