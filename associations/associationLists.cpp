@@ -19,7 +19,8 @@ int VexaProvider::buildFreeDiskInstanceList() {
         DiskInfo* info = clusterInfo->freeDiskList.at(i);
         CIMInstance disk = createDiskInstance(clusterInfo, info);
         disks.append(disk);
-        freeNsds.append(createVexaFreeNsd(clusters[0].getPath(), disk.getPath()));
+        const Array<CIMInstance>& clusterList = clusters;
+        freeNsds.append(createVexaFreeNsd(clusterList[0].getPath(), disk.getPath()));
         buildDiskServerAssociationList(disk, info);
     }
     return 0;
@@ -33,6 +34,9 @@ int VexaProvider::buildDiskServerAssociationList(CIMInstance disk, DiskInfo* inf
     // The order numbers the servers that are known nodes, primary servers
     // first, then the backups; unknown names do not take a number.
     unsigned int order = 0;
+    // A const view: a non-const access would copy the node array, which the
+    // name index shares.
+    const Array<CIMInstance>& nodeList = nodes;
     for (const std::vector<DiskServerInfo*>* servers :
          {&info->serverList, &info->backupServerList}) {
         for (DiskServerInfo* server : *servers) {
@@ -40,7 +44,7 @@ int VexaProvider::buildDiskServerAssociationList(CIMInstance disk, DiskInfo* inf
             if (node < 0)
                 continue;
             nodeServingNsds.append(
-                createVexaNodeServNsd(disk.getPath(), nodes[node].getPath(), order));
+                createVexaNodeServNsd(disk.getPath(), nodeList[node].getPath(), order));
             order++;
         }
     }
@@ -54,6 +58,8 @@ int VexaProvider::buildDiskAccessAssociationList() {
     nodeAccessesNsds.clear();
     if (count == 0)
         return 0;
+    const Array<CIMInstance>& nodeList = nodes;
+    const Array<CIMInstance>& diskList = disks;
     // The node end is taken by position: the node list is built in the
     // snapshot's order, so node record i is node instance i.
     for (int i = 0; i < count; i++) {
@@ -63,7 +69,7 @@ int VexaProvider::buildDiskAccessAssociationList() {
             if (disk < 0)
                 continue;
             nodeAccessesNsds.append(createVexaNodeAccessNsd(
-                nodes[i].getPath(), disks[disk].getPath(), access, clusterInfo));
+                nodeList[i].getPath(), diskList[disk].getPath(), access, clusterInfo));
         }
     }
     return 0;

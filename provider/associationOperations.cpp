@@ -5,6 +5,7 @@
 // Unknown classes, unknown objects and failed quota look-ups are logged and
 // answered empty, never with an error.
 #include "cimProvider.h"
+#include "instanceByPath.h"
 #include "lockGuards.h"
 #include "providerNamespace.h"
 
@@ -140,12 +141,9 @@ void deliverFarEnd(VexaProvider& provider, const CIMObjectPath& end,
         if (!(candidates.className == wanted.getClassName()))
             continue;
         const Array<CIMInstance>& instances = provider.*candidates.instances;
-        for (Uint32 i = 0; i < instances.size(); i++) {
-            if (instances[i].getPath().identical(wanted)) {
-                handler.deliver(CIMObject(instances[i]));
-                return;
-            }
-        }
+        const int found = firstWithPath(provider, instances, wanted);
+        if (found >= 0)
+            handler.deliver(CIMObject(instances[static_cast<Uint32>(found)]));
         return;
     }
 }
@@ -230,7 +228,7 @@ Array<CIMInstance> VexaProvider::filterAssociationInstancesByRole(const Array<CI
                                                                   const CIMObjectPath& objectPath,
                                                                   const String& role) {
     Array<CIMInstance> result;
-    for (Uint32 i = 0; i < assocs.size(); i++) {
+    auto refersTo = [&](Uint32 i) {
         const CIMInstance& association = assocs[i];
         for (Uint32 p = 0; p < association.getPropertyCount(); p++) {
             CIMConstProperty property = association.getProperty(p);
@@ -240,11 +238,24 @@ Array<CIMInstance> VexaProvider::filterAssociationInstancesByRole(const Array<CI
                 continue;
             CIMObjectPath end;
             property.getValue().get(end);
-            if (end.identical(objectPath)) {
-                result.append(association);
-                break; // once is enough, even when both ends are the object
-            }
+            if (end.identical(objectPath))
+                return true; // once is enough, even when both ends are the object
         }
+        return false;
+    };
+    // The index lists, in order, the associations one of whose ends hashes
+    // like the object; each is then checked as the walk would check it.
+    if (ArrayIndex* index = usableIndex(assocs, ArrayIndex::ByReference)) {
+        index->positions().forEach(pathHash(objectPath), [&](std::uint32_t i) {
+            if (refersTo(i))
+                result.append(assocs[i]);
+            return false;
+        });
+        return result;
+    }
+    for (Uint32 i = 0; i < assocs.size(); i++) {
+        if (refersTo(i))
+            result.append(assocs[i]);
     }
     return result;
 }

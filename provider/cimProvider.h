@@ -28,6 +28,7 @@
 #include <deque>
 #include <string>
 
+#include "cacheIndexes.h"
 #include "classNames.h"
 
 class VexaProvider : public Pegasus::CIMInstanceProvider,
@@ -487,6 +488,18 @@ public:
     Pegasus::Array<Pegasus::CIMInstance> fileSystemFilesetQuotaAssocs;
     Pegasus::Array<Pegasus::CIMInstance> fileSystemUserQuotaAssocs;
     Pegasus::Array<Pegasus::CIMInstance> fileSystemGroupQuotaAssocs;
+
+    // Look-up indexes beside the arrays above: provider/cacheIndexes.cpp.
+    // Brought up to date when the write lock is released; look-ups made by
+    // the write-lock holder update a stale index first, other look-ups walk
+    // the array when its index is stale. Read elements through a const
+    // reference where you can: a non-const access to an array an index
+    // shares copies the array once and makes the index stale.
+    CacheIndexes cacheIndexes{*this};
+    // The index of the array to use now, or null when the array must be
+    // walked (provider/instanceStore.cpp).
+    ArrayIndex* usableIndex(const Pegasus::Array<Pegasus::CIMInstance>& array,
+                            ArrayIndex::Kind kind, const Pegasus::CIMName* keyProperty = 0);
 
 private:
     // The array that a look-up type searches, and the property it compares.

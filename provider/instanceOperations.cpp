@@ -2,6 +2,7 @@
 // cache. A class the cache does not serve for an operation is logged and
 // answered with an empty result, never with an error.
 #include "cimProvider.h"
+#include "instanceByPath.h"
 #include "lockGuards.h"
 #include "providerNamespace.h"
 
@@ -219,11 +220,10 @@ void VexaProvider::getVexaInstance(const Array<CIMInstance>& array, CIMObjectPat
                                    InstanceResponseHandler& handler) {
     {
         CacheReadLock lock(*this);
-        for (Uint32 i = 0; i < array.size(); i++) {
-            if (array[i].getPath() == path) {
-                handler.deliver(array[i]);
-                return;
-            }
+        const int found = firstWithPath(*this, array, path);
+        if (found >= 0) {
+            handler.deliver(array[static_cast<Uint32>(found)]);
+            return;
         }
     }
     ts_log(2, "VexaProvider::getVexaInstance", "Not found.\n");

@@ -46,10 +46,33 @@ const char* VexaProvider::lookupKeyProperty(VexaInstanceType type) {
     }
 }
 
+namespace {
+
+// The thread's provider whose write lock it holds, if any. Only that thread
+// may bring an index up to date in the middle of a look-up: readers share
+// the indexes and must not change them.
+thread_local const VexaProvider* writeLockHolder = 0;
+
+} // namespace
+
+ArrayIndex* VexaProvider::usableIndex(const Array<CIMInstance>& array, ArrayIndex::Kind kind,
+                                      const CIMName* keyProperty) {
+    ArrayIndex* index = cacheIndexes.find(array, kind, keyProperty);
+    if (index == 0)
+        return 0;
+    if (index->fresh())
+        return index;
+    if (writeLockHolder != this)
+        return 0;
+    index->rebuild();
+    return index;
+}
+
 // Index of the first instance whose key property, as text, equals key
 // exactly; later duplicates are never seen. A key that is null or not valid
 // UTF-8 matches nothing. The caller holds the lock as it needs.
-static int findFirstByKey(const Array<CIMInstance>& list, const char* property, const char* key) {
+static int findFirstByKey(VexaProvider& provider, const Array<CIMInstance>& list,
+                          const char* property, const char* key) {
     if (key == 0) {
         return -1;
     }
@@ -60,13 +83,24 @@ static int findFirstByKey(const Array<CIMInstance>& list, const char* property, 
         return -1;
     }
     const CIMName propertyName(property);
-    for (Uint32 i = 0; i < list.size(); i++) {
+    auto matches = [&](Uint32 i) {
         const CIMInstance& instance = list[i];
         Uint32 pos = instance.findProperty(propertyName);
-        if (pos == PEG_NOT_FOUND) {
-            continue;
-        }
-        if (String::compare(instance.getProperty(pos).getValue().toString(), wanted) == 0) {
+        return pos != PEG_NOT_FOUND &&
+               String::compare(instance.getProperty(pos).getValue().toString(), wanted) == 0;
+    };
+    int found = -1;
+    if (ArrayIndex* index = provider.usableIndex(list, ArrayIndex::ByKeyText, &propertyName)) {
+        index->positions().forEach(textHash(wanted), [&](std::uint32_t i) {
+            if (!matches(i))
+                return false;
+            found = static_cast<int>(i);
+            return true;
+        });
+        return found;
+    }
+    for (Uint32 i = 0; i < list.size(); i++) {
+        if (matches(i)) {
             return static_cast<int>(i);
         }
     }
@@ -77,10 +111,7 @@ int VexaProvider::findVexaInstIdx(VexaInstanceType type, char* key) {
     if (static_cast<unsigned>(type) > VEXA_INST_TYPE_LAST) {
         return -1;
     }
-    // A shared copy: no instance is duplicated, and the loop is not disturbed
-    // by a writer replacing the member array.
-    const Array<CIMInstance> list = lookupArray(type);
-    int index = findFirstByKey(list, lookupKeyProperty(type), key);
+    int index = findFirstByKey(*this, lookupArray(type), lookupKeyProperty(type), key);
     ts_log(0, "VexaProvider::findVexaInstIdx", "instance index = %d\n", index);
     return index;
 }
@@ -90,7 +121,7 @@ CIMInstance* VexaProvider::findVexaInstance(VexaInstanceType type, char* key) {
         return 0;
     }
     const Array<CIMInstance>& list = lookupArray(type);
-    int index = findFirstByKey(list, lookupKeyProperty(type), key);
+    int index = findFirstByKey(*this, list, lookupKeyProperty(type), key);
     if (index < 0) {
         return 0;
     }
@@ -105,6 +136,24 @@ CIMInstance* VexaProvider::findVexaInstance(VexaInstanceType type, char* key) {
 
 int VexaProvider::getReadLock() { return pthread_rwlock_rdlock(&instanceLock); }
 
-int VexaProvider::getWriteLock() { return pthread_rwlock_wrlock(&instanceLock); }
+int VexaProvider::getWriteLock() {
+    const int result = pthread_rwlock_wrlock(&instanceLock);
+    if (result == 0)
+        writeLockHolder = this;
+    return result;
+}
 
-int VexaProvider::releaseLock() { return pthread_rwlock_unlock(&instanceLock); }
+// A writer leaves every index describing the arrays as it leaves them, so
+// that readers find them fresh.
+int VexaProvider::releaseLock() {
+    if (writeLockHolder == this) {
+        writeLockHolder = 0;
+        try {
+            cacheIndexes.refreshStale();
+        } catch (...) {
+            // Out of memory, most likely: look-ups then walk the arrays.
+            cacheIndexes.dropAll();
+        }
+    }
+    return pthread_rwlock_unlock(&instanceLock);
+}

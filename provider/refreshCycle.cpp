@@ -52,6 +52,10 @@ int VexaProvider::buildAllVexaInstanceList(int force) {
         return 0;
     }
     ts_log(0, fn, "refresh this time\n");
+    // The pass replaces nearly every list: letting go of the indexes first
+    // frees the old instances as each list is cleared, instead of keeping
+    // two caches alive until the pass ends.
+    cacheIndexes.dropAll();
 
     // Each builder keeps its own lists when its library call fails; the pass
     // goes on with the others.
@@ -104,17 +108,22 @@ int VexaProvider::buildNodeInstanceList() {
         return 1;
     nodes.clear();
     componentCS.clear();
+    // Elements are read through const views: a non-const access would copy
+    // an array that an index shares (see cacheIndexes).
+    const Array<CIMInstance>& clusterList = clusters;
+    const Array<CIMInstance>& nodeList = nodes;
     for (NodeInfo* node : clusterInfo->nodeList) {
         nodes.append(createNodeInstance(clusterInfo, node));
         componentCS.append(
-            createVexaComponentCS(clusters[0].getPath(), nodes[nodes.size() - 1].getPath()));
+            createVexaComponentCS(clusterList[0].getPath(), nodeList[nodes.size() - 1].getPath()));
     }
 
     configManagers.clear();
     const int primary = findVexaInstIdx(VEXA_INST_NODE_BY_NAME, clusterInfo->primaryServer);
     if (primary < 0)
         return 0;
-    configManagers.append(createVexaConfigMgr(clusters[0].getPath(), nodes[primary].getPath()));
+    configManagers.append(
+        createVexaConfigMgr(clusterList[0].getPath(), nodeList[primary].getPath()));
     return 0;
 }
 
@@ -145,11 +154,15 @@ int VexaProvider::buildFileSystemInstanceList() {
         ts_log(0, fn, "EXIT\n");
         return 0;
     }
+    // Const views: a non-const access would copy an array an index shares.
+    const Array<CIMInstance>& clusterList = clusters;
+    const Array<CIMInstance>& nodeList = nodes;
+    const Array<CIMInstance>& fileSystemList = fileSystems;
     for (size_t i = 0; i < clusterInfo->fsList.size(); i++) {
         FilesystemInfo* fs = clusterInfo->fsList.at(i);
         fileSystems.append(createFileSystemInstance(fs, clusterInfo));
-        const CIMObjectPath fsPath = fileSystems[fileSystems.size() - 1].getPath();
-        hostedFileSystems.append(createVexaHostedFS(clusters[0].getPath(), fsPath));
+        const CIMObjectPath fsPath = fileSystemList[fileSystems.size() - 1].getPath();
+        hostedFileSystems.append(createVexaHostedFS(clusterList[0].getPath(), fsPath));
         buildStgPoolInstanceList(fs, static_cast<int>(i));
         buildFileSetInstances(fs, static_cast<int>(i));
 
@@ -160,12 +173,12 @@ int VexaProvider::buildFileSystemInstanceList() {
             const int node =
                 findVexaInstIdx(VEXA_INST_NODE_BY_NAME, const_cast<char*>(name.c_str()));
             if (node >= 0)
-                mounteds.append(createVexaMounted(nodes[node].getPath(), fsPath));
+                mounteds.append(createVexaMounted(nodeList[node].getPath(), fsPath));
         }
 
         const int manager = findVexaInstIdx(VEXA_INST_NODE_BY_NAME, fs->managerNode);
         if (manager >= 0)
-            fileSystemManagers.append(createVexaFileSystemMgr(fsPath, nodes[manager].getPath()));
+            fileSystemManagers.append(createVexaFileSystemMgr(fsPath, nodeList[manager].getPath()));
 
         ts_log(0, fn, "nPolicy = %d\n", static_cast<int>(fs->policyList.size()));
         for (PolicyInfo* policy : fs->policyList) {

@@ -35,17 +35,32 @@ int VexaProvider::getCorvaneInstIdx(CorvaneInstanceType type, String value) {
 
     const CIMName propertyName(keyProperty);
     int found = -1;
-    for (Uint32 i = 0; i < list->size(); i++) {
+    auto matches = [&](Uint32 i) {
         const CIMInstance& instance = (*list)[i];
         const Uint32 at = instance.findProperty(propertyName);
         if (at == PEG_NOT_FOUND) {
-            continue;
+            return false;
         }
         const String text = instance.getProperty(at).getValue().toString();
         ts_log(0, fn, "vStr = %s\n", (const char*)text.getCString());
-        if (String::equal(text, value)) {
+        return String::equal(text, value) != 0;
+    };
+    // Through the index only the matching element is compared, so only its
+    // "vStr" line is logged; the walk logs every element it passes.
+    if (ArrayIndex* index = usableIndex(*list, ArrayIndex::ByKeyText, &propertyName)) {
+        index->positions().forEach(textHash(value), [&](std::uint32_t i) {
+            if (!matches(i)) {
+                return false;
+            }
             found = static_cast<int>(i);
-            break;
+            return true;
+        });
+    } else {
+        for (Uint32 i = 0; i < list->size(); i++) {
+            if (matches(i)) {
+                found = static_cast<int>(i);
+                break;
+            }
         }
     }
     ts_log(0, fn, "instance index found = %d\n", found);

@@ -14,6 +14,7 @@
 #include <map>
 #include <set>
 #include <sstream>
+#include <unordered_map>
 
 namespace qzsim {
 
@@ -636,12 +637,23 @@ private:
             checkNode(ref.first, ref.second);
         }
         fillServerAddresses();
+        // Disks by name, built once: every node may list many access records.
+        std::unordered_map<std::string, SimDisk*> disksByName;
+        for (SimFilesystem& fs : m_.filesystems)
+            for (SimPool& pool : fs.pools)
+                for (SimDisk& d : pool.disks)
+                    disksByName.emplace(d.info.name, &d);
+        for (SimDisk& d : m_.freeDisks)
+            disksByName.emplace(d.info.name, &d);
         for (const AccessRef& ref : accessPaths_) {
             const DiskAccessInfo& a = m_.nodes[ref.node].access[ref.entry];
-            if (m_.findDisk(a.diskName) == nullptr) {
+            const auto named = disksByName.find(a.diskName);
+            SimDisk* disk = named == disksByName.end() ? nullptr : named->second;
+            if (disk == nullptr) {
                 throw ModelError(ref.path + "/diskName",
                                  std::string("unknown disk \"") + a.diskName + "\"");
             }
+            ++disk->accessCount;
             if (!a.localAccess) {
                 checkNode(ref.path + "/serverName", a.serverName);
             }

@@ -26,6 +26,9 @@ struct SimDisk {
     std::vector<DiskServerInfo> servers;
     std::vector<DiskServerInfo> backupServers;
     DiskPerfRates rates;
+    // Number of node access records naming this disk, counted once at load
+    // (the records do not change afterwards) instead of per snapshot.
+    unsigned int accessCount = 0;
 };
 
 struct SimPool {

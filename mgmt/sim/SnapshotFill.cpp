@@ -42,17 +42,11 @@ void fillFreeDisks(const ClusterModel& model, ClusterInfo* cluster) {
     }
 }
 
-DiskInfo* makeDisk(const ClusterModel& model, const SimDisk& disk) {
+DiskInfo* makeDisk(const ClusterModel&, const SimDisk& disk) {
     DiskInfo* record = new DiskInfo;
     static_cast<DiskInfoData&>(*record) = disk.info;
     if (record->nodePerfCount == 0) {
-        for (const SimNode& node : model.nodes) {
-            for (const DiskAccessInfo& access : node.access) {
-                if (std::strcmp(access.diskName, disk.info.name) == 0) {
-                    ++record->nodePerfCount;
-                }
-            }
-        }
+        record->nodePerfCount = disk.accessCount;
     }
     for (const DiskServerInfo& server : disk.servers) {
         record->serverList.push_back(new DiskServerInfo(server));

@@ -1,0 +1,260 @@
+// Hash indexes beside the instance cache's arrays.
+#include "cacheIndexes.h"
+
+#include <Pegasus/Common/CIMProperty.h>
+#include <Pegasus/Common/CIMValue.h>
+
+#include "cimProvider.h"
+
+PEGASUS_USING_PEGASUS;
+
+namespace {
+
+const std::uint32_t FNV_OFFSET = 2166136261u;
+const std::uint32_t FNV_PRIME = 16777619u;
+
+inline std::uint32_t mix(std::uint32_t hash, std::uint32_t unit) {
+    return (hash ^ unit) * FNV_PRIME;
+}
+
+// Names are compared without regard to ASCII case, so they are hashed folded.
+inline std::uint32_t foldAscii(std::uint32_t unit) {
+    return (unit >= 'A' && unit <= 'Z') ? unit + ('a' - 'A') : unit;
+}
+
+std::uint32_t mixText(std::uint32_t hash, const String& text, bool folded) {
+    const Char16* units = text.getChar16Data();
+    const Uint32 size = text.size();
+    for (Uint32 i = 0; i < size; i++) {
+        const std::uint32_t unit = Uint16(units[i]);
+        hash = mix(hash, folded ? foldAscii(unit) : unit);
+    }
+    return mix(hash, 0x10000u); // ends the text, so "ab","c" and "a","bc" differ
+}
+
+// A reference key holds a path text. Two texts may name the same path and
+// still differ: in the case of host, namespace, class and key names, in the
+// spelling of numbers and booleans, and in any nested reference. Only the
+// quoted values are hashed, folded; a quoted value holding an escape or an
+// "=" may be a nested reference, whose text varies in the same ways, and is
+// left out.
+std::uint32_t mixReferenceText(std::uint32_t hash, const String& text) {
+    const Char16* units = text.getChar16Data();
+    const Uint32 size = text.size();
+    Uint32 i = 0;
+    while (i < size) {
+        if (Uint16(units[i]) != '"') {
+            i++;
+            continue;
+        }
+        Uint32 end = i + 1;
+        bool plain = true;
+        while (end < size && Uint16(units[end]) != '"') {
+            const Uint16 unit = Uint16(units[end]);
+            if (unit == '\\') {
+                plain = false;
+                end++; // the escaped unit cannot end the value
+            } else if (unit == '=') {
+                plain = false;
+            }
+            end++;
+        }
+        if (plain) {
+            for (Uint32 u = i + 1; u < end && u < size; u++)
+                hash = mix(hash, foldAscii(Uint16(units[u])));
+            hash = mix(hash, 0x10000u);
+        }
+        i = end + 1;
+    }
+    return hash;
+}
+
+} // namespace
+
+// Host and namespace are left out: cached paths all share them, and the
+// candidates are compared in full anyway. Numeric keys are left out because
+// equal numbers may be written differently.
+std::uint32_t pathHash(const CIMObjectPath& path) {
+    std::uint32_t hash = mixText(FNV_OFFSET, path.getClassName().getString(), true);
+    const Array<CIMKeyBinding>& keys = path.getKeyBindings();
+    hash = mix(hash, keys.size());
+    for (Uint32 i = 0; i < keys.size(); i++) {
+        const CIMKeyBinding& key = keys[i];
+        hash = mixText(hash, key.getName().getString(), true);
+        hash = mix(hash, static_cast<std::uint32_t>(key.getType()));
+        switch (key.getType()) {
+        case CIMKeyBinding::STRING:
+            hash = mixText(hash, key.getValue(), false);
+            break;
+        case CIMKeyBinding::BOOLEAN:
+            hash = mixText(hash, key.getValue(), true);
+            break;
+        case CIMKeyBinding::REFERENCE:
+            hash = mixReferenceText(hash, key.getValue());
+            break;
+        case CIMKeyBinding::NUMERIC:
+            break;
+        }
+    }
+    return hash;
+}
+
+std::uint32_t textHash(const String& text) { return mixText(FNV_OFFSET, text, false); }
+
+void HashedPositions::build(const std::vector<std::pair<std::uint32_t, std::uint32_t>>& entries) {
+    std::uint32_t buckets = 1;
+    while (buckets < entries.size() && buckets < (1u << 31))
+        buckets <<= 1;
+    mask_ = buckets - 1;
+    starts_.assign(buckets + 1, 0);
+    for (const auto& entry : entries)
+        starts_[(entry.first & mask_) + 1]++;
+    for (std::uint32_t b = 0; b < buckets; b++)
+        starts_[b + 1] += starts_[b];
+    hashes_.resize(entries.size());
+    positions_.resize(entries.size());
+    std::vector<std::uint32_t> next(starts_.begin(), starts_.end() - 1);
+    // Filled in input order, so each bucket keeps ascending positions.
+    for (const auto& entry : entries) {
+        const std::uint32_t slot = next[entry.first & mask_]++;
+        hashes_[slot] = entry.first;
+        positions_[slot] = entry.second;
+    }
+}
+
+ArrayIndex::ArrayIndex(const Array<CIMInstance>* array, Kind kind, const char* keyProperty)
+    : array_(array), kind_(kind), keyProperty_(keyProperty ? CIMName(keyProperty) : CIMName()) {}
+
+bool ArrayIndex::fresh() const {
+    return built_ && seen_.size() == array_->size() && seen_.getData() == array_->getData();
+}
+
+void ArrayIndex::drop() {
+    built_ = false;
+    seen_.clear();
+    positions_ = HashedPositions();
+}
+
+void ArrayIndex::rebuild() {
+    built_ = false; // until the new index is complete
+    seen_ = *array_;
+    const Array<CIMInstance>& items = seen_;
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> entries;
+    entries.reserve(kind_ == ByReference ? 2 * items.size() : items.size());
+    for (Uint32 i = 0; i < items.size(); i++) {
+        const CIMInstance& instance = items[i];
+        switch (kind_) {
+        case ByKeyText: {
+            const Uint32 at = instance.findProperty(keyProperty_);
+            if (at != PEG_NOT_FOUND)
+                entries.emplace_back(textHash(instance.getProperty(at).getValue().toString()), i);
+            break;
+        }
+        case ByPath:
+            entries.emplace_back(pathHash(instance.getPath()), i);
+            break;
+        case ByReference:
+            for (Uint32 p = 0; p < instance.getPropertyCount(); p++) {
+                CIMConstProperty property = instance.getProperty(p);
+                const CIMValue& value = property.getValue();
+                if (property.getType() != CIMTYPE_REFERENCE || value.isNull())
+                    continue;
+                CIMObjectPath end;
+                value.get(end);
+                entries.emplace_back(pathHash(end), i);
+            }
+            break;
+        }
+    }
+    positions_.build(entries);
+    built_ = true;
+}
+
+CacheIndexes::CacheIndexes(VexaProvider& p) {
+    typedef ArrayIndex I;
+    // Look-ups by key text: findVexaInstIdx, findVexaInstance, getCorvaneInstIdx.
+    indexes_.emplace_back(&p.clusters, I::ByKeyText, "vexaClusterName");
+    indexes_.emplace_back(&p.nodes, I::ByKeyText, "vexaNodeName");
+    indexes_.emplace_back(&p.nodes, I::ByKeyText, "vexaNodeIP");
+    indexes_.emplace_back(&p.fileSystems, I::ByKeyText, "vexaFileSystemName");
+    indexes_.emplace_back(&p.storagePools, I::ByKeyText, "vexaStgPoolName");
+    indexes_.emplace_back(&p.disks, I::ByKeyText, "vexaDiskName");
+    indexes_.emplace_back(&p.raidPhysicalDisks, I::ByKeyText, "DeviceID");
+    indexes_.emplace_back(&p.raidVirtualDisks, I::ByKeyText, "Name");
+    indexes_.emplace_back(&p.raidDeclusteredArrays, I::ByKeyText, "Name");
+    // Look-ups by path: getInstance and the far ends of associations.
+    const Array<CIMInstance>* byPath[] = {&p.registeredProfiles,
+                                          &p.objectManagers,
+                                          &p.computerSystems,
+                                          &p.indicationFilters,
+                                          &p.clusters,
+                                          &p.nodes,
+                                          &p.fileSystems,
+                                          &p.storagePools,
+                                          &p.disks,
+                                          &p.fileSystemPerfs,
+                                          &p.diskPerfs,
+                                          &p.fsPerNodePerfs,
+                                          &p.concreteJobs,
+                                          &p.componentCS,
+                                          &p.hostedFileSystems,
+                                          &p.associatedStoragePools,
+                                          &p.storageComponents,
+                                          &p.nodeServingNsds,
+                                          &p.nodeAccessesNsds,
+                                          &p.freeNsds,
+                                          &p.mounteds,
+                                          &p.configManagers,
+                                          &p.fileSystemManagers,
+                                          &p.filesets,
+                                          &p.associatedFilesets,
+                                          &p.users,
+                                          &p.groups,
+                                          &p.filesetQuotas,
+                                          &p.userQuotas,
+                                          &p.groupQuotas};
+    for (const Array<CIMInstance>* array : byPath)
+        indexes_.emplace_back(array, I::ByPath);
+    // Association ends: the cached association lists that associators and
+    // associatorNames walk. The quota lists are rebuilt for every request
+    // and walked once, so an index would not pay for itself there.
+    const Array<CIMInstance>* byReference[] = {&p.objMgrConformsToProfile,
+                                               &p.csConformsToProfile,
+                                               &p.componentCS,
+                                               &p.hostedFileSystems,
+                                               &p.associatedStoragePools,
+                                               &p.storageComponents,
+                                               &p.nodeServingNsds,
+                                               &p.nodeAccessesNsds,
+                                               &p.freeNsds,
+                                               &p.mounteds,
+                                               &p.configManagers,
+                                               &p.fileSystemManagers,
+                                               &p.associatedFilesets,
+                                               &p.userAssocs,
+                                               &p.groupAssocs};
+    for (const Array<CIMInstance>* array : byReference)
+        indexes_.emplace_back(array, I::ByReference);
+}
+
+ArrayIndex* CacheIndexes::find(const Array<CIMInstance>& array, ArrayIndex::Kind kind,
+                               const CIMName* keyProperty) {
+    for (ArrayIndex& index : indexes_) {
+        if (index.array() == &array && index.kind() == kind &&
+            (keyProperty == 0 || index.keyProperty() == *keyProperty))
+            return &index;
+    }
+    return 0;
+}
+
+void CacheIndexes::refreshStale() {
+    for (ArrayIndex& index : indexes_) {
+        if (!index.fresh())
+            index.rebuild();
+    }
+}
+
+void CacheIndexes::dropAll() {
+    for (ArrayIndex& index : indexes_)
+        index.drop();
+}
