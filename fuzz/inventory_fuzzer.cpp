@@ -32,7 +32,7 @@ void checkPaths(const Array<CIMInstance>& elements) {
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     setenv("QZSIM_LOG_FILE", "/dev/null", 1);
-    qzsim::setLogLevel(0);
+    qzsim::setLogLevel(1);
     return 0;
 }
 
