@@ -112,7 +112,7 @@ TEST_F(RaidInventoryTest, MissingAndUnreadableFilesGiveEmptyListsAndBadLinesName
     const std::string base = folder;
     setenv("VEXA_INVENTORY_DIR", folder, 1);
     FILE* virtualDisks = fopen((base + "/dalen1_vd.txt").c_str(), "w");
-    fputs("a b c d DALEN_VirtualDisk\ns DeviceID = \"v1\";\ns Name =\n", virtualDisks);
+    fputs("a b c d DALEN_VirtualDisk x\ns DeviceID = \"v1\";\ns Name =\n", virtualDisks);
     fclose(virtualDisks);
     mkdir((base + "/dalen1_da.txt").c_str(), 0700);
     provider.raidVirtualDisks.append(CIMInstance(CORVANE_VIRTUAL_DISK));
