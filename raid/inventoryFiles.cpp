@@ -16,6 +16,7 @@
 
 #include "../instances/instanceBuilding.h"
 #include "deploymentSettings.h"
+#include "inventoryPlace.h"
 
 PEGASUS_USING_PEGASUS;
 
@@ -130,12 +131,22 @@ class InventoryParse {
 public:
     InventoryParse(VexaProvider& provider, const CorvaneElementKind& kind)
         : provider_(provider), kind_(kind), classText_(kind.className->getString().getCString()) {}
+    // Messages after the parse, or after an exception out of it, name no line.
+    ~InventoryParse() { raid::currentInventoryPlace().line = 0; }
+    InventoryParse(const InventoryParse&) = delete;
+    InventoryParse& operator=(const InventoryParse&) = delete;
 
     void readFile(FILE* file) {
+        raid::InventoryPlace& place = raid::currentInventoryPlace();
+        place.line = 1;
         char line[LINE_PIECE_BYTES];
         while (std::fgets(line, sizeof line, file) != 0) {
+            // The piece's newline goes with its last token, so count it first.
+            const bool endsLine = std::strchr(line, '\n') != 0;
             readLine(line);
+            place.line += endsLine ? 1 : 0;
         }
+        place.line = 0;
         if (count_ != 0) {
             completeRecord();
         }
@@ -236,7 +247,10 @@ int buildCorvaneList(VexaProvider& provider, const CorvaneElementKind& kind) {
         ts_log(1, kind.builderFunction, "cannot open %s: %s\n", path.c_str(), std::strerror(errno));
         return 0;
     }
-    (provider.*kind.parse)(file);
+    {
+        const raid::InventoryFileScope scope(path);
+        (provider.*kind.parse)(file);
+    }
     if (std::ferror(file)) {
         list.clear();
         ts_log(1, kind.builderFunction, "cannot read %s\n", path.c_str());

@@ -11,6 +11,8 @@
 
 #include <cstring>
 
+#include "inventoryPlace.h"
+
 PEGASUS_USING_PEGASUS;
 
 namespace {
@@ -55,14 +57,16 @@ String VexaProvider::setCorvaneInstanceProperty(char** line, char** savePointer,
     getNextToken(*line, savePointer);
     const char* token = getNextToken(*line, savePointer);
     if (token == 0) {
-        ts_log(1, fn, "%s has no value; property left out\n", name);
+        ts_log(1, fn, "%s%s has no value; property left out\n",
+               raid::describeInventoryPlace().c_str(), name);
         return String();
     }
     String value;
     try {
         value = cutValue(String(token));
     } catch (const Exception&) {
-        ts_log(1, fn, "value of %s is not UTF-8 text; property left out\n", name);
+        ts_log(1, fn, "%svalue of %s is not UTF-8 text; property left out\n",
+               raid::describeInventoryPlace().c_str(), name);
         return String();
     }
     ts_log(0, fn, "name = %s, value = %s\n", name, (const char*)value.getCString());

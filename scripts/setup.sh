@@ -11,6 +11,8 @@ PACKAGES=(
   ninja-build
   pkg-config
   clang-format
+  clang
+  libclang-rt-dev
   googletest
   libgtest-dev
   libgmock-dev

@@ -4,6 +4,7 @@
 
 #include <qzsim/SimControl.h>
 
+#include "JsonReader.h"
 #include "SimState.h"
 #include "TextCopy.h"
 
@@ -201,6 +202,12 @@ Event eventFromJson(const std::string& text) {
         root = json::parse(text);
     } catch (const json::parse_error& e) {
         throw std::invalid_argument(parseProblem(e));
+    } catch (const json::exception& e) {
+        std::string problem;
+        const std::size_t byte = overflowPlace(text, e, &problem);
+        throw std::invalid_argument(
+            "not valid JSON" + (byte == 0 ? std::string() : " at byte " + std::to_string(byte)) +
+            ": " + problem);
     }
     if (!root.is_object()) {
         throw std::invalid_argument("expected one JSON object such as {\"type\": \"mount\", "

@@ -111,7 +111,9 @@ std::string answer(std::string line) {
     Event event;
     try {
         event = eventFromJson(line);
-    } catch (const std::invalid_argument& e) {
+    } catch (const std::exception& e) {
+        // Whatever one line does, it must not end the thread that serves
+        // every client (an exception leaving it would end the process).
         ts_log(1, kLogName, "rejected %.200s: %s\n", line.c_str(), e.what());
         std::string text = e.what();
         for (char& c : text) {

@@ -32,6 +32,19 @@ unsigned long long toU64(const json& value, const std::string& path) {
     throw ModelError(path, wrongType("an unsigned integer", value));
 }
 
+std::size_t overflowPlace(const std::string& text, const json::exception& e, std::string* problem) {
+    const std::string what = e.what();
+    const std::size_t prefixEnd = what.find("] ");
+    *problem = prefixEnd == std::string::npos ? what : what.substr(prefixEnd + 2);
+    const std::size_t open = what.find('\'');
+    const std::size_t close = what.rfind('\'');
+    if (open == std::string::npos || close <= open + 1) {
+        return 0;
+    }
+    const std::size_t at = text.find(what.substr(open + 1, close - open - 1));
+    return at == std::string::npos ? 0 : at + 1;
+}
+
 JsonObject::JsonObject(const json& value, std::string path)
     : value_(value), path_(std::move(path)) {
     if (!value_.is_object()) {

@@ -72,6 +72,14 @@ void expectType(const nlohmann::json& value, const std::string& path, nlohmann::
 std::string wrongType(const char* expected, const nlohmann::json& found);
 unsigned long long toU64(const nlohmann::json& value, const std::string& path);
 
+// A number too large for any JSON number type ("1e999") makes the parser
+// throw out_of_range, which names the number's text but not its place. The
+// place (1-based byte, as parse errors give it) is where that text first
+// appears, or 0 when it cannot be found; *problem receives the message
+// without nlohmann's "[json.exception...]" prefix.
+std::size_t overflowPlace(const std::string& text, const nlohmann::json::exception& e,
+                          std::string* problem);
+
 } // namespace qzsim
 
 #endif

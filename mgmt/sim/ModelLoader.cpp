@@ -752,6 +752,11 @@ bool loadModel(const std::string& text, const std::string& source, ClusterModel*
     } catch (const json::parse_error& e) {
         *error = source + ":" + parsePlace(text, e.byte) + ": " + parseProblem(e.what());
         return false;
+    } catch (const json::exception& e) {
+        std::string problem;
+        const std::size_t byte = overflowPlace(text, e, &problem);
+        *error = source + (byte == 0 ? "" : ":" + parsePlace(text, byte)) + ": " + problem;
+        return false;
     }
     ClusterModel fresh;
     try {

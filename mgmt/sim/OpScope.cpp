@@ -13,7 +13,9 @@ namespace qzsim {
 
 namespace {
 
-std::string formatText(const char* format, va_list args) {
+// Callers pass their own printf-style format on; the attribute lets the
+// compiler check those calls instead of this one.
+__attribute__((format(printf, 1, 0))) std::string formatText(const char* format, va_list args) {
     char buffer[1024];
     std::vsnprintf(buffer, sizeof buffer, format, args);
     return buffer;

@@ -129,6 +129,9 @@ TEST(EventJsonTest, ErrorsNameTheMemberAndWhatItAllows) {
     EXPECT_EQ(std::string::npos, notJson.find("json.exception")) << notJson;
     EXPECT_NE(std::string::npos, problemWith(R"(["mount"])").find("found an array"));
     EXPECT_NE(std::string::npos, problemWith("").find("not valid JSON"));
+    // Found by fuzzing: a number no JSON type holds escaped as another exception.
+    EXPECT_EQ("not valid JSON at byte 25: number overflow parsing '1e999'",
+              problemWith(R"({"type": 0, "waitTime": 1e999})"));
 }
 
 class EventJsonModelTest : public SimTest {};

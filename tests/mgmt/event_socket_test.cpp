@@ -156,7 +156,8 @@ TEST_F(EventSocketTest, BadLinesAreAnsweredAndTheConnectionStaysUsable) {
     ASSERT_TRUE(client.connected());
     std::string overlong = "{\"type\": \"mount\", \"fs\": \"" + std::string(70000, 'f') + "\"}\n";
     // Several lines in one write, one line over several writes.
-    client.send("not json\n{\"type\": \"mount\", \"fs\": \"a\"}\r\n\n{\"tpye\": 0}\n");
+    client.send(
+        "not json\n{\"type\": \"mount\", \"fs\": \"a\"}\r\n\n{\"tpye\": 0}\n{\"type\": 1e999}\n");
     client.send(overlong.substr(0, 40000));
     client.send(overlong.substr(40000));
     client.send("{\"type\": \"mount\",");
@@ -166,6 +167,8 @@ TEST_F(EventSocketTest, BadLinesAreAnsweredAndTheConnectionStaysUsable) {
     EXPECT_EQ("ok", client.replyLine());
     EXPECT_EQ(0u, client.replyLine().find("error: empty line"));
     EXPECT_EQ(0u, client.replyLine().find("error: member \"tpye\": unknown member"));
+    EXPECT_EQ("error: not valid JSON at byte 10: number overflow parsing '1e999'",
+              client.replyLine());
     EXPECT_EQ("error: line longer than 65536 bytes, skipped", client.replyLine());
     EXPECT_EQ("ok", client.replyLine());
 

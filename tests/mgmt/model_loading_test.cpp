@@ -39,6 +39,9 @@ TEST_F(ModelLoading, MalformedJsonReportsLineAndColumn) {
     std::string error = loadError("{\"cluster\": {\n  \"clusterName\": \"c\",\n  ]\n}");
     EXPECT_EQ(0u, error.find("<string>:3:3: ")) << error;
     EXPECT_NE(std::string::npos, error.find("syntax error")) << error;
+    // Found by fuzzing: a number no JSON type holds escaped the loader.
+    EXPECT_EQ("<string>:2:13: number overflow parsing '1e999'",
+              loadError("{\"cluster\": {\"clusterName\": \"c\",\n \"tcpPort\": 1e999}}"));
 }
 
 TEST_F(ModelLoading, InvalidDocumentsNameTheJsonPathAndProblem) {

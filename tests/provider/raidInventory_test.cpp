@@ -96,24 +96,40 @@ TEST_F(RaidInventoryTest, LongLinesAndBrokenValuesStayInBounds) {
     EXPECT_EQ(textOf(provider.raidPhysicalDisks[0], "DeviceID"), std::string(382, 'a'));
     EXPECT_EQ(provider.raidPhysicalDisks[0].findProperty("Name"), PEG_NOT_FOUND);
     EXPECT_EQ(provider.raidPhysicalDisks[0].findProperty("SystemName"), PEG_NOT_FOUND);
+    // Each refusal names its line; pieces of one long line share its number.
+    const std::vector<std::string> lines = logLines();
+    EXPECT_NE(findLine(lines, "L1 VexaProvider::setCorvaneInstanceProperty: line 4: value of Name "
+                              "is not UTF-8 text; property left out"),
+              -1);
+    EXPECT_NE(findLine(lines, "L1 VexaProvider::setCorvaneInstanceProperty: line 5: value of "
+                              "SystemName is not UTF-8 text; property left out"),
+              -1);
 }
 
-TEST_F(RaidInventoryTest, MissingEmptyAndUnreadableFilesGiveEmptyLists) {
+TEST_F(RaidInventoryTest, MissingAndUnreadableFilesGiveEmptyListsAndBadLinesNameTheirPlace) {
     char folder[] = "/tmp/raidInventoryXXXXXX";
     ASSERT_NE(mkdtemp(folder), nullptr);
     const std::string base = folder;
     setenv("VEXA_INVENTORY_DIR", folder, 1);
-    fclose(fopen((base + "/dalen1_pd.txt").c_str(), "w"));
+    FILE* virtualDisks = fopen((base + "/dalen1_vd.txt").c_str(), "w");
+    fputs("a b c d DALEN_VirtualDisk x\ns DeviceID = \"v1\";\ns Name =\n", virtualDisks);
+    fclose(virtualDisks);
     mkdir((base + "/dalen1_da.txt").c_str(), 0700);
     provider.raidVirtualDisks.append(CIMInstance(CORVANE_VIRTUAL_DISK));
     buildAll();
-    EXPECT_EQ(provider.raidPhysicalDisks.size() + provider.raidVirtualDisks.size() +
-                  provider.raidDeclusteredArrays.size(),
-              0u);
-    EXPECT_EQ(countLines(logLines(), "L1 VexaProvider::buildCorvaneVirtualDiskList: cannot open " +
-                                         base + "/dalen1_vd.txt: No such file or directory"),
+    EXPECT_EQ(provider.raidPhysicalDisks.size() + provider.raidDeclusteredArrays.size(), 0u);
+    EXPECT_EQ(provider.raidVirtualDisks.size(), 1u);
+    EXPECT_EQ(countLines(logLines(), "L1 VexaProvider::buildCorvanePhysicalDiskList: cannot open " +
+                                         base + "/dalen1_pd.txt: No such file or directory"),
               1);
-    remove((base + "/dalen1_pd.txt").c_str());
+    EXPECT_EQ(countLines(logLines(), "L1 VexaProvider::buildCorvaneDeclusteredArrayList: cannot "
+                                     "read " +
+                                         base + "/dalen1_da.txt"),
+              1);
+    EXPECT_EQ(countLines(logLines(), "L1 VexaProvider::setCorvaneInstanceProperty: " + base +
+                                         "/dalen1_vd.txt:3: Name has no value; property left out"),
+              1);
+    remove((base + "/dalen1_vd.txt").c_str());
     rmdir((base + "/dalen1_da.txt").c_str());
     rmdir(folder);
 }
