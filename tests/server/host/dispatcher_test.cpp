@@ -374,3 +374,29 @@ TEST_F(DispatcherTest, MethodParametersGetTheirDeclaredTypes) {
 }
 
 } // namespace
+
+TEST_F(DispatcherTest, AStreamedEnumerationThatFailsMidwayKeepsWhatWasSentAndEndsWithTheError) {
+    CIMInstance cached = servedInstance("a");
+    provider.answerInstances = [&cached](InstanceResponseHandler& handler) {
+        handler.deliver(cached);
+        throw CIMException(CIM_ERR_FAILED, "the cluster went away");
+    };
+    Request r = request("EnumerateInstances");
+    r.className = CIMName("Test_Served");
+    Array<CIMName> names;
+    names.append(CIMName("Extra"));
+    r.propertyList = CIMPropertyList(names);
+    std::string body;
+    StreamOutcome outcome = dispatcher->stream(
+        r, caller, [&body](std::string_view text) { body.append(text); }, 1);
+    EXPECT_EQ(outcome.status, CIM_ERR_FAILED);
+    EXPECT_EQ(outcome.description, "the cluster went away");
+    EXPECT_NE(body.find("</VALUE.NAMEDINSTANCE></IRETURNVALUE><ERROR CODE=\"1\" "
+                        "DESCRIPTION=\"the cluster went away\">"),
+              std::string::npos)
+        << body;
+    // The answer leaves out what the PropertyList does not name; the
+    // provider's own instance keeps it.
+    EXPECT_EQ(body.find("BaseProp"), std::string::npos) << body;
+    EXPECT_EQ(cached.getPropertyCount(), 3u);
+}

@@ -252,3 +252,80 @@ TEST_F(OperationsTest, ModifyNodeAnswersWithAJobThatCompletes) {
 }
 
 } // namespace
+
+namespace {
+
+// A raw chunked body taken apart: the data, how many chunks carried it,
+// and the trailer after the last chunk.
+struct Dechunked {
+    std::string body;
+    int chunks = 0;
+    std::string trailer;
+};
+
+Dechunked dechunk(const std::string& raw) {
+    Dechunked result;
+    for (size_t pos = 0;;) {
+        size_t endOfSize = raw.find("\r\n", pos);
+        size_t size = std::stoul(raw.substr(pos, endOfSize - pos), nullptr, 16);
+        pos = endOfSize + 2;
+        if (size == 0) {
+            result.trailer = raw.substr(pos);
+            return result;
+        }
+        result.body += raw.substr(pos, size);
+        result.chunks++;
+        pos += size + 2;
+    }
+}
+
+} // namespace
+
+TEST_F(OperationsTest, ALargeEnumerationStreamsInChunksThatJoinToTheWholeAnswer) {
+    const std::string request = server->scratchDir() + "/enumerate.xml";
+    writeFile(
+        request,
+        R"(<?xml version="1.0" encoding="utf-8" ?><CIM CIMVERSION="2.0" DTDVERSION="2.0">)"
+        R"(<MESSAGE ID="4711" PROTOCOLVERSION="1.0"><SIMPLEREQ>)"
+        R"(<IMETHODCALL NAME="EnumerateInstances"><LOCALNAMESPACEPATH><NAMESPACE NAME="root"/>)"
+        R"(<NAMESPACE NAME="cimv2"/></LOCALNAMESPACEPATH><IPARAMVALUE NAME="ClassName">)"
+        R"(<CLASSNAME NAME="CIM_ManagedElement"/></IPARAMVALUE></IMETHODCALL></SIMPLEREQ>)"
+        R"(</MESSAGE></CIM>)");
+    const std::vector<std::string> curl = {"curl",
+                                           "-s",
+                                           "--raw",
+                                           "-D",
+                                           "-",
+                                           "--data-binary",
+                                           "@" + request,
+                                           "-H",
+                                           "Content-Type: application/xml; charset=\"utf-8\"",
+                                           "-H",
+                                           "CIMOperation: MethodCall",
+                                           "-H",
+                                           "CIMMethod: EnumerateInstances",
+                                           "-H",
+                                           "CIMObject: root%2Fcimv2",
+                                           "http://127.0.0.1:" + std::to_string(server->port()) +
+                                               "/cimom"};
+    auto post = [&curl](const std::vector<std::string>& extra) {
+        std::vector<std::string> command = curl;
+        command.insert(command.end(), extra.begin(), extra.end());
+        CommandResult result = runCommand(command);
+        EXPECT_EQ(result.exitCode, 0) << result.err;
+        size_t headersEnd = result.out.find("\r\n\r\n");
+        return std::make_pair(result.out.substr(0, headersEnd), result.out.substr(headersEnd + 4));
+    };
+
+    auto [streamedHeaders, raw] = post({"-H", "TE: trailers"});
+    EXPECT_NE(streamedHeaders.find("Transfer-Encoding: chunked"), std::string::npos);
+    Dechunked streamed = dechunk(raw);
+    EXPECT_GT(streamed.chunks, 1);
+    EXPECT_EQ(streamed.trailer, "CIMStatusCode: 0\r\n\r\n");
+
+    // HTTP/1.0 knows no chunks: the same answer arrives whole.
+    auto [wholeHeaders, whole] = post({"--http1.0"});
+    EXPECT_NE(wholeHeaders.find("Content-Length: "), std::string::npos) << wholeHeaders;
+    EXPECT_EQ(streamed.body, whole);
+    EXPECT_NE(whole.find("</VALUE.NAMEDINSTANCE></IRETURNVALUE>"), std::string::npos) << whole;
+}

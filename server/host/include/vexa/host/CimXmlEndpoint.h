@@ -22,6 +22,8 @@ struct EndpointSettings {
     cimxml::DecodeLimits limits;
     const AuthFile* auth = nullptr; // null: no authentication
     std::string systemName;         // host name when the request names none
+    // Streamed answers go to the socket in chunks of about this size.
+    size_t chunkBytes = cimxml::AnswerStream::DEFAULT_CHUNK_BYTES;
 };
 
 class CimXmlEndpoint {
@@ -34,12 +36,18 @@ public:
     void handlePost(const httplib::Request& request, httplib::Response& response) const;
 
 private:
+    void streamAnswer(const httplib::Request& request, httplib::Response& response,
+                      cimxml::Request decoded, Caller caller) const;
+
     const OperationDispatcher& dispatcher_;
     EndpointSettings settings_;
 };
 
 // "%2F" style decoding of CIM header values; empty when malformed.
 std::optional<std::string> percentDecode(const std::string& text);
+// The reverse, for header and trailer values: all but letters, digits and
+// "-._~" encoded.
+std::string percentEncode(const std::string& text);
 
 } // namespace vexa::host
 
