@@ -2,7 +2,9 @@
 // (method, CIM headers against the body, content type, credentials), has
 // the body decoded and answered, and writes the HTTP answer. Protocol faults
 // are HTTP errors with a CIMError header; everything else is a 200 answer,
-// CIM errors included.
+// CIM errors included. Enumerations and association requests of HTTP/1.1
+// clients are answered in chunks while the provider delivers; the rest, and
+// everything for HTTP/1.0 clients, whole with a Content-Length.
 #ifndef VEXA_HOST_CIMXMLENDPOINT_H
 #define VEXA_HOST_CIMXMLENDPOINT_H
 
