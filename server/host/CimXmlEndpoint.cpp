@@ -5,6 +5,7 @@
 #include <cctype>
 
 #include "vexa/host/Base64.h"
+#include "vexa/host/ChunkedBody.h"
 #include "vexa/host/ProviderLibrary.h"
 #include "vexa/host/ServerLog.h"
 
@@ -135,7 +136,58 @@ bool objectHeaderMatches(const std::string& header, const cimxml::Request& reque
            sameText(className, target);
 }
 
+const char* const XML_CONTENT_TYPE = "application/xml; charset=\"utf-8\"";
+
+// Does the TE header allow trailer fields ("TE: trailers", "TE: chunked,
+// trailers")? Trailers may only be sent to a client that said so.
+bool acceptsTrailers(const std::string& te) {
+    size_t start = 0;
+    while (start <= te.size()) {
+        size_t comma = te.find(',', start);
+        std::string item = trimmed(te.substr(start, comma - start));
+        item = trimmed(item.substr(0, item.find(';')));
+        if (sameText(item, "trailers")) {
+            return true;
+        }
+        if (comma == std::string::npos) {
+            break;
+        }
+        start = comma + 1;
+    }
+    return false;
+}
+
+// The trailer of a streamed answer: its CIM status, and for a failure the
+// description percent-encoded, as in the CIMError header of a refusal.
+httplib::Headers statusTrailer(const StreamOutcome& outcome) {
+    httplib::Headers trailer;
+    trailer.emplace("CIMStatusCode", std::to_string(static_cast<int>(outcome.status)));
+    if (outcome.status != Pegasus::CIM_ERR_SUCCESS) {
+        std::string description = percentEncode(outcome.description);
+        trailer.emplace("CIMStatusCodeDescription", description);
+        // The name wbemcli -cte reads the description under.
+        trailer.emplace("CIMStatusDescription", description);
+    }
+    return trailer;
+}
+
 } // namespace
+
+std::string percentEncode(const std::string& text) {
+    static const char* const digits = "0123456789ABCDEF";
+    std::string encoded;
+    for (char c : text) {
+        unsigned char byte = static_cast<unsigned char>(c);
+        if (std::isalnum(byte) || c == '-' || c == '.' || c == '_' || c == '~') {
+            encoded += c;
+        } else {
+            encoded += '%';
+            encoded += digits[byte >> 4];
+            encoded += digits[byte & 0x0F];
+        }
+    }
+    return encoded;
+}
 
 std::optional<std::string> percentDecode(const std::string& text) {
     std::string decoded;
@@ -248,8 +300,7 @@ void CimXmlEndpoint::handlePost(const httplib::Request& request,
             } else {
                 response.status = 200;
                 response.set_header("CIMOperation", "MethodResponse");
-                response.set_content(cimxml::encodeError(error),
-                                     "application/xml; charset=\"utf-8\"");
+                response.set_content(cimxml::encodeError(error), XML_CONTENT_TYPE);
             }
             return;
         }
@@ -264,15 +315,58 @@ void CimXmlEndpoint::handlePost(const httplib::Request& request,
             return;
         }
 
+        if (OperationDispatcher::streams(decoded) && request.version == "HTTP/1.1") {
+            streamAnswer(request, response, std::move(decoded), std::move(caller));
+            return;
+        }
         std::string body = dispatcher_.answer(decoded, caller);
         response.status = 200;
         response.set_header("CIMOperation", "MethodResponse");
-        response.set_content(body, "application/xml; charset=\"utf-8\"");
+        response.set_content(body, XML_CONTENT_TYPE);
     } catch (...) {
         logLine("internal failure while answering a request: " + currentExceptionText());
         refuse(request, response, 500, "", true,
                "internal server error; the server's log says more");
     }
+}
+
+void CimXmlEndpoint::streamAnswer(const httplib::Request& request, httplib::Response& response,
+                                  cimxml::Request decoded, Caller caller) const {
+    struct Call {
+        cimxml::Request request;
+        Caller caller;
+    };
+    // httplib calls the content provider after this handler has returned,
+    // on this connection's thread: the provider is called from there, and
+    // each piece of the answer goes to the socket as it is written.
+    auto call = std::make_shared<Call>(Call{std::move(decoded), std::move(caller)});
+    const bool trailers = acceptsTrailers(request.get_header_value("TE"));
+    response.status = 200;
+    response.set_header("CIMOperation", "MethodResponse");
+    response.set_header("Transfer-Encoding", "chunked");
+    if (trailers) {
+        response.set_header("Trailer", "CIMStatusCode, CIMStatusCodeDescription");
+    }
+    const std::string peer = request.remote_addr;
+    response.set_content_provider(
+        XML_CONTENT_TYPE, [this, call, trailers, peer](size_t, httplib::DataSink& sink) {
+            try {
+                ChunkedBody body(sink);
+                StreamOutcome outcome = dispatcher_.stream(
+                    call->request, call->caller,
+                    [&body](std::string_view text) { body.write(text); }, settings_.chunkBytes);
+                body.end(trailers ? statusTrailer(outcome) : httplib::Headers());
+                sink.done();
+                return true;
+            } catch (const ClientGone&) {
+                logLine("stopped answering " + call->request.methodName + " to " + peer +
+                        ": the client stopped reading");
+            } catch (...) {
+                logLine("internal failure while streaming an answer: " + currentExceptionText());
+            }
+            // The connection is closed; the client sees the answer cut short.
+            return false;
+        });
 }
 
 } // namespace vexa::host

@@ -12,6 +12,7 @@
 
 #include "vexa/host/ProviderLibrary.h"
 #include "vexa/host/ResponseCollectors.h"
+#include "vexa/host/StreamingHandlers.h"
 
 PEGASUS_USING_PEGASUS;
 
@@ -115,7 +116,56 @@ OperationDispatcher::OperationDispatcher(ProviderInterfaces provider,
                                          const ServedClasses& served, std::string systemName)
     : provider_(provider), schema_(schema), served_(served), systemName_(std::move(systemName)) {}
 
+bool OperationDispatcher::streams(const Request& request) {
+    if (request.extrinsic) {
+        return false;
+    }
+    const std::string& name = request.methodName;
+    return sameName(name, "EnumerateInstances") || sameName(name, "EnumerateInstanceNames") ||
+           sameName(name, "Associators") || sameName(name, "AssociatorNames") ||
+           sameName(name, "References") || sameName(name, "ReferenceNames");
+}
+
+StreamOutcome OperationDispatcher::stream(const Request& request, const Caller& caller,
+                                          const cimxml::AnswerStream::Flush& flush,
+                                          size_t chunkBytes) const {
+    // Paths in association answers carry the host the client used and the
+    // served namespace where the provider left them out.
+    cimxml::AnswerStream answer(request, flush, chunkBytes, caller.hostInAnswer, SERVED_NAMESPACE);
+    StreamOutcome outcome;
+    try {
+        checkNamespace(request);
+        const std::string& name = request.methodName;
+        if (sameName(name, "EnumerateInstances")) {
+            enumerateInstances(request, caller, answer);
+        } else if (sameName(name, "EnumerateInstanceNames")) {
+            enumerateInstanceNames(request, caller, answer);
+        } else if (sameName(name, "Associators") || sameName(name, "AssociatorNames")) {
+            associators(request, caller, sameName(name, "AssociatorNames"), answer);
+        } else {
+            references(request, caller, sameName(name, "ReferenceNames"), answer);
+        }
+        answer.finish();
+        return outcome;
+    } catch (const RequestError& error) {
+        outcome.status = error.cimStatus() == CIM_ERR_SUCCESS ? CIM_ERR_FAILED : error.cimStatus();
+        outcome.description = error.what();
+    } catch (...) {
+        outcome.status = CIM_ERR_FAILED;
+        outcome.description = currentExceptionText();
+    }
+    // Throws again when it was the flush that failed.
+    answer.fail(outcome.status, outcome.description);
+    return outcome;
+}
+
 std::string OperationDispatcher::answer(const Request& request, const Caller& caller) const {
+    if (streams(request)) {
+        std::string body;
+        stream(
+            request, caller, [&body](std::string_view text) { body.append(text); }, SIZE_MAX);
+        return body;
+    }
     try {
         return dispatch(request, caller);
     } catch (const RequestError& error) {
@@ -127,7 +177,7 @@ std::string OperationDispatcher::answer(const Request& request, const Caller& ca
     }
 }
 
-std::string OperationDispatcher::dispatch(const Request& request, const Caller& caller) const {
+void OperationDispatcher::checkNamespace(const Request& request) {
     std::string nameSpace = request.nameSpace;
     while (!nameSpace.empty() && nameSpace[0] == '/') {
         nameSpace.erase(0, 1);
@@ -136,24 +186,16 @@ std::string OperationDispatcher::dispatch(const Request& request, const Caller& 
         fail(CIM_ERR_INVALID_NAMESPACE,
              "namespace '" + request.nameSpace + "' is not served here; use " + SERVED_NAMESPACE);
     }
+}
+
+std::string OperationDispatcher::dispatch(const Request& request, const Caller& caller) const {
+    checkNamespace(request);
     if (request.extrinsic) {
         return invokeMethod(request, caller);
     }
     const std::string& name = request.methodName;
     if (sameName(name, "GetInstance")) {
         return getInstance(request, caller);
-    }
-    if (sameName(name, "EnumerateInstances")) {
-        return enumerateInstances(request, caller);
-    }
-    if (sameName(name, "EnumerateInstanceNames")) {
-        return enumerateInstanceNames(request, caller);
-    }
-    if (sameName(name, "Associators") || sameName(name, "AssociatorNames")) {
-        return associators(request, caller, sameName(name, "AssociatorNames"));
-    }
-    if (sameName(name, "References") || sameName(name, "ReferenceNames")) {
-        return references(request, caller, sameName(name, "ReferenceNames"));
     }
     if (sameName(name, "GetClass")) {
         return getClass(request);
@@ -210,68 +252,43 @@ std::string OperationDispatcher::getInstance(const Request& request, const Calle
     return cimxml::encodeInstance(request, instance);
 }
 
-std::string OperationDispatcher::enumerateInstances(const Request& request,
-                                                    const Caller& caller) const {
+void OperationDispatcher::enumerateInstances(const Request& request, const Caller& caller,
+                                             cimxml::AnswerStream& answer) const {
     const CIMClass& requested = knownClass(schema_, request.className);
     Array<CIMName> classes = served_.instanceClassesUnder(requested.getClassName());
-    Array<CIMInstance> all;
     if (classes.size() > 0 && provider_.instances == nullptr) {
         fail(CIM_ERR_NOT_SUPPORTED, "the provider serves no instances");
     }
     OperationContext context = contextFor(caller.user);
     for (Uint32 i = 0; i < classes.size(); ++i) {
-        InstanceCollector collector;
+        bool subclass = !classes[i].equal(requested.getClassName());
+        cimxml::PropertySelection selection;
+        selection.propertyList = &request.propertyList;
+        selection.declaredIn = subclass && !request.deepInheritance ? &requested : nullptr;
+        InstanceStreamer streamer(answer, selection);
         CIMObjectPath path = pathForProvider(systemName_, classes[i]);
         callProvider([&] {
             provider_.instances->enumerateInstances(context, path, request.includeQualifiers,
                                                     request.includeClassOrigin,
-                                                    request.propertyList, collector);
+                                                    request.propertyList, streamer);
         });
-        bool subclass = !classes[i].equal(requested.getClassName());
-        const CIMClass* shallow = subclass && !request.deepInheritance ? &requested : nullptr;
-        for (Uint32 k = 0; k < collector.instances.size(); ++k) {
-            CIMInstance instance = collector.instances[k];
-            trimProperties(instance, request.propertyList, shallow);
-            all.append(instance);
-        }
     }
-    return cimxml::encodeNamedInstances(request, all);
 }
 
-std::string OperationDispatcher::enumerateInstanceNames(const Request& request,
-                                                        const Caller& caller) const {
+void OperationDispatcher::enumerateInstanceNames(const Request& request, const Caller& caller,
+                                                 cimxml::AnswerStream& answer) const {
     const CIMClass& requested = knownClass(schema_, request.className);
     Array<CIMName> classes = served_.instanceClassesUnder(requested.getClassName());
     if (classes.size() > 0 && provider_.instances == nullptr) {
         fail(CIM_ERR_NOT_SUPPORTED, "the provider serves no instances");
     }
-    Array<CIMObjectPath> all;
     OperationContext context = contextFor(caller.user);
+    PathStreamer streamer(answer, PathStreamer::Form::InstanceName);
     for (Uint32 i = 0; i < classes.size(); ++i) {
-        ObjectPathCollector collector;
         CIMObjectPath path = pathForProvider(systemName_, classes[i]);
-        callProvider(
-            [&] { provider_.instances->enumerateInstanceNames(context, path, collector); });
-        all.appendArray(collector.paths);
+        callProvider([&] { provider_.instances->enumerateInstanceNames(context, path, streamer); });
     }
-    return cimxml::encodeInstanceNames(request, all);
 }
-
-namespace {
-
-// Association answers name objects with a full path: the host the client
-// used and the served namespace, where the provider left them out.
-CIMObjectPath pathForAnswer(CIMObjectPath path, const std::string& host) {
-    if (path.getHost().size() == 0) {
-        path.setHost(String(host.c_str()));
-    }
-    if (path.getNameSpace().isNull()) {
-        path.setNameSpace(CIMNamespaceName(SERVED_NAMESPACE));
-    }
-    return path;
-}
-
-} // namespace
 
 OperationDispatcher::AssociationCall
 OperationDispatcher::associationCall(const Request& request, const Caller& caller,
@@ -295,76 +312,51 @@ OperationDispatcher::associationCall(const Request& request, const Caller& calle
     return call;
 }
 
-std::string OperationDispatcher::collectPaths(
-    const Request& request, const Caller& caller, const AssociationCall& call,
-    const std::function<void(const CIMName&, ObjectPathCollector&)>& ask) const {
-    Array<CIMObjectPath> all;
-    for (Uint32 i = 0; i < call.classes.size(); ++i) {
-        ObjectPathCollector collector;
-        callProvider([&] { ask(call.classes[i], collector); });
-        for (Uint32 k = 0; k < collector.paths.size(); ++k) {
-            all.append(pathForAnswer(collector.paths[k], caller.hostInAnswer));
-        }
-    }
-    return cimxml::encodeObjectPaths(request, all);
-}
-
-std::string OperationDispatcher::collectObjects(
-    const Request& request, const Caller& caller, const AssociationCall& call,
-    const std::function<void(const CIMName&, ObjectCollector&)>& ask) const {
-    Array<CIMObject> all;
-    for (Uint32 i = 0; i < call.classes.size(); ++i) {
-        ObjectCollector collector;
-        callProvider([&] { ask(call.classes[i], collector); });
-        for (Uint32 k = 0; k < collector.objects.size(); ++k) {
-            CIMObject object = collector.objects[k];
-            trimProperties(object, request.propertyList, nullptr);
-            object.setPath(pathForAnswer(object.getPath(), caller.hostInAnswer));
-            all.append(object);
-        }
-    }
-    return cimxml::encodeObjectsWithPath(request, all);
-}
-
-std::string OperationDispatcher::associators(const Request& request, const Caller& caller,
-                                             bool namesOnly) const {
+void OperationDispatcher::associators(const Request& request, const Caller& caller, bool namesOnly,
+                                      cimxml::AnswerStream& answer) const {
     const AssociationCall call = associationCall(request, caller, request.assocClass);
     const String role(request.role.c_str());
     const String resultRole(request.resultRole.c_str());
     CIMAssociationProvider& provider = *provider_.associations;
-    if (namesOnly) {
-        return collectPaths(
-            request, caller, call, [&](const CIMName& assocClass, ObjectPathCollector& collector) {
-                provider.associatorNames(call.context, call.path, assocClass, request.resultClass,
-                                         role, resultRole, collector);
-            });
-    }
-    return collectObjects(
-        request, caller, call, [&](const CIMName& assocClass, ObjectCollector& collector) {
-            provider.associators(call.context, call.path, assocClass, request.resultClass, role,
-                                 resultRole, request.includeQualifiers, request.includeClassOrigin,
-                                 request.propertyList, collector);
+    cimxml::PropertySelection selection;
+    selection.propertyList = &request.propertyList;
+    PathStreamer paths(answer, PathStreamer::Form::ObjectPath);
+    ObjectStreamer objects(answer, selection);
+    for (Uint32 i = 0; i < call.classes.size(); ++i) {
+        callProvider([&] {
+            if (namesOnly) {
+                provider.associatorNames(call.context, call.path, call.classes[i],
+                                         request.resultClass, role, resultRole, paths);
+            } else {
+                provider.associators(call.context, call.path, call.classes[i], request.resultClass,
+                                     role, resultRole, request.includeQualifiers,
+                                     request.includeClassOrigin, request.propertyList, objects);
+            }
         });
+    }
 }
 
-std::string OperationDispatcher::references(const Request& request, const Caller& caller,
-                                            bool namesOnly) const {
+void OperationDispatcher::references(const Request& request, const Caller& caller, bool namesOnly,
+                                     cimxml::AnswerStream& answer) const {
     // For References the result class is the association class.
     const AssociationCall call = associationCall(request, caller, request.resultClass);
     const String role(request.role.c_str());
     CIMAssociationProvider& provider = *provider_.associations;
-    if (namesOnly) {
-        return collectPaths(
-            request, caller, call, [&](const CIMName& assocClass, ObjectPathCollector& collector) {
-                provider.referenceNames(call.context, call.path, assocClass, role, collector);
-            });
-    }
-    return collectObjects(
-        request, caller, call, [&](const CIMName& assocClass, ObjectCollector& collector) {
-            provider.references(call.context, call.path, assocClass, role,
-                                request.includeQualifiers, request.includeClassOrigin,
-                                request.propertyList, collector);
+    cimxml::PropertySelection selection;
+    selection.propertyList = &request.propertyList;
+    PathStreamer paths(answer, PathStreamer::Form::ObjectPath);
+    ObjectStreamer objects(answer, selection);
+    for (Uint32 i = 0; i < call.classes.size(); ++i) {
+        callProvider([&] {
+            if (namesOnly) {
+                provider.referenceNames(call.context, call.path, call.classes[i], role, paths);
+            } else {
+                provider.references(call.context, call.path, call.classes[i], role,
+                                    request.includeQualifiers, request.includeClassOrigin,
+                                    request.propertyList, objects);
+            }
         });
+    }
 }
 
 std::string OperationDispatcher::getClass(const Request& request) const {

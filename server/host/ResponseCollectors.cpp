@@ -7,13 +7,7 @@ PEGASUS_USING_PEGASUS;
 
 namespace vexa::host {
 
-namespace {
-
-[[noreturn]] void refuseUninitialized() {
-    throw CIMException(CIM_ERR_FAILED, "The object is not initialized.");
-}
-
-} // namespace
+void refuseUninitialized() { throw CIMException(CIM_ERR_FAILED, "The object is not initialized."); }
 
 void InstanceCollector::deliver(const CIMInstance& instance) {
     if (instance.isUninitialized()) {
@@ -26,32 +20,6 @@ void InstanceCollector::deliver(const CIMInstance& instance) {
 }
 
 void InstanceCollector::deliver(const Array<CIMInstance>& many) {
-    for (Uint32 i = 0; i < many.size(); ++i) {
-        deliver(many[i]);
-    }
-}
-
-void ObjectPathCollector::deliver(const CIMObjectPath& path) {
-    if (path.getClassName().isNull()) {
-        throw CIMException(CIM_ERR_FAILED, "The object path has no class name.");
-    }
-    paths.append(path);
-}
-
-void ObjectPathCollector::deliver(const Array<CIMObjectPath>& many) {
-    for (Uint32 i = 0; i < many.size(); ++i) {
-        deliver(many[i]);
-    }
-}
-
-void ObjectCollector::deliver(const CIMObject& object) {
-    if (object.isUninitialized()) {
-        refuseUninitialized();
-    }
-    objects.append(object.clone());
-}
-
-void ObjectCollector::deliver(const Array<CIMObject>& many) {
     for (Uint32 i = 0; i < many.size(); ++i) {
         deliver(many[i]);
     }

@@ -68,11 +68,44 @@ XmlWriter openMessage(const std::string& messageId) {
     return out;
 }
 
-std::string closeMessage(XmlWriter& out) {
+void endMessage(XmlWriter& out) {
     while (out.openElements() > 0)
         out.close();
     out.raw("\n");
+}
+
+std::string closeMessage(XmlWriter& out) {
+    endMessage(out);
     return out.take();
+}
+
+XmlWriter openResult(const Request& request) {
+    XmlWriter out = openMessage(request.messageId);
+    out.open("SIMPLERSP");
+    if (request.extrinsic) {
+        out.open("METHODRESPONSE").attribute("NAME", request.methodName);
+    } else {
+        out.open("IMETHODRESPONSE").attribute("NAME", request.methodName);
+        out.open("IRETURNVALUE");
+    }
+    return out;
+}
+
+void writeError(XmlWriter& out, Pegasus::CIMStatusCode status, const std::string& description) {
+    out.open("ERROR")
+        .attribute("CODE", std::to_string(static_cast<int>(status)))
+        .attribute("DESCRIPTION", description)
+        .close();
+}
+
+std::string errorMessage(const std::string& messageId, const std::string& methodName,
+                         bool extrinsic, Pegasus::CIMStatusCode status,
+                         const std::string& description) {
+    XmlWriter out = openMessage(messageId);
+    out.open("SIMPLERSP");
+    out.open(extrinsic ? "METHODRESPONSE" : "IMETHODRESPONSE").attribute("NAME", methodName);
+    writeError(out, status, description);
+    return closeMessage(out);
 }
 
 } // namespace vexa::cimxml::detail

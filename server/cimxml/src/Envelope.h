@@ -31,7 +31,18 @@ MessageHeader readMessage(const pugi::xml_document& document);
 // Opens CIM and MESSAGE (and the XML declaration wbemcli insists on).
 XmlWriter openMessage(const std::string& messageId);
 // Closes every element still open, MESSAGE and CIM included.
+void endMessage(XmlWriter& out);
+// The same, and takes the whole text.
 std::string closeMessage(XmlWriter& out);
+
+// Opens SIMPLERSP, the (I)METHODRESPONSE and, for intrinsic answers,
+// IRETURNVALUE; closeMessage() closes them all.
+XmlWriter openResult(const Request& request);
+// A whole answer that is an ERROR.
+std::string errorMessage(const std::string& messageId, const std::string& methodName,
+                         bool extrinsic, Pegasus::CIMStatusCode status,
+                         const std::string& description);
+void writeError(XmlWriter& out, Pegasus::CIMStatusCode status, const std::string& description);
 
 } // namespace vexa::cimxml::detail
 

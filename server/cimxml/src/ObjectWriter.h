@@ -7,6 +7,8 @@
 
 #include "XmlWriter.h"
 
+#include <vexa/cimxml/Codec.h>
+
 #include <Pegasus/Common/CIMClass.h>
 #include <Pegasus/Common/CIMInstance.h>
 #include <Pegasus/Common/CIMObjectPath.h>
@@ -22,20 +24,20 @@ const char* wireTypeName(Pegasus::CIMType type);
 const char* embeddedObjectKind(Pegasus::CIMType type);
 
 void writeInstance(XmlWriter& out, const Pegasus::CIMConstInstance& instance,
-                   bool includeClassOrigin);
+                   bool includeClassOrigin, const PropertySelection& selection = {});
 void writeClass(XmlWriter& out, const Pegasus::CIMConstClass& cimClass);
 
 // VALUE, VALUE.ARRAY, VALUE.REFERENCE or VALUE.REFARRAY for a non-null value.
 void writeValue(XmlWriter& out, const Pegasus::CIMValue& value);
 
-void writeLocalNamespacePath(XmlWriter& out, const std::string& nameSpace);
+void writeLocalNamespacePath(XmlWriter& out, const Pegasus::String& nameSpace);
 void writeInstanceName(XmlWriter& out, const Pegasus::CIMObjectPath& path);
 // INSTANCEPATH / CLASSPATH with the given host and namespace, whatever the
 // path itself holds.
-void writeInstancePath(XmlWriter& out, const Pegasus::CIMObjectPath& path, const std::string& host,
-                       const std::string& nameSpace);
-void writeClassPath(XmlWriter& out, const Pegasus::CIMObjectPath& path, const std::string& host,
-                    const std::string& nameSpace);
+void writeInstancePath(XmlWriter& out, const Pegasus::CIMObjectPath& path,
+                       const Pegasus::String& host, const Pegasus::String& nameSpace);
+void writeClassPath(XmlWriter& out, const Pegasus::CIMObjectPath& path, const Pegasus::String& host,
+                    const Pegasus::String& nameSpace);
 
 } // namespace vexa::cimxml::detail
 

@@ -17,49 +17,13 @@ using namespace Pegasus;
 
 namespace {
 
-// Opens SIMPLERSP, the (I)METHODRESPONSE and, for intrinsic answers,
-// IRETURNVALUE; closeMessage() closes them all.
-XmlWriter openResult(const Request& request) {
-    XmlWriter out = openMessage(request.messageId);
-    out.open("SIMPLERSP");
-    if (request.extrinsic) {
-        out.open("METHODRESPONSE").attribute("NAME", request.methodName);
-    } else {
-        out.open("IMETHODRESPONSE").attribute("NAME", request.methodName);
-        out.open("IRETURNVALUE");
-    }
-    return out;
-}
-
-std::string errorMessage(const std::string& messageId, const std::string& methodName,
-                         bool extrinsic, CIMStatusCode status, const std::string& description) {
-    XmlWriter out = openMessage(messageId);
-    out.open("SIMPLERSP");
-    out.open(extrinsic ? "METHODRESPONSE" : "IMETHODRESPONSE").attribute("NAME", methodName);
-    out.open("ERROR")
-        .attribute("CODE", std::to_string(static_cast<int>(status)))
-        .attribute("DESCRIPTION", description)
-        .close();
-    return closeMessage(out);
-}
-
-std::string hostOf(const CIMObjectPath& path) {
-    const std::string host = utf8(path.getHost());
-    return host.empty() ? defaultHost() : host;
-}
-
-std::string namespaceOf(const CIMObjectPath& path, const Request& request) {
-    const std::string nameSpace = utf8(path.getNameSpace().getString());
-    return nameSpace.empty() ? request.nameSpace : nameSpace;
-}
-
 void writeParamValue(XmlWriter& out, const CIMParamValue& parameter) {
     const CIMValue value = parameter.getValue();
     // wbemcli crashes on an out-parameter without a value.
     if (value.isNull())
         return;
     out.open("PARAMVALUE")
-        .attribute("NAME", utf8(parameter.getParameterName()))
+        .attribute("NAME", parameter.getParameterName())
         .attribute("PARAMTYPE", wireTypeName(value.getType()));
     if (const char* kind = embeddedObjectKind(value.getType()))
         out.attribute("EmbeddedObject", kind);
@@ -75,53 +39,44 @@ std::string encodeInstance(const Request& request, const CIMInstance& instance) 
     return closeMessage(out);
 }
 
+namespace {
+
+// The whole answer of an enumeration as one text.
+template <class Objects, class Add>
+std::string wholeAnswer(const Request& request, const Objects& objects, Add add) {
+    std::string body;
+    AnswerStream answer(
+        request, [&body](std::string_view text) { body.append(text); }, SIZE_MAX);
+    for (Uint32 i = 0; i < objects.size(); i++)
+        add(answer, objects[i]);
+    answer.finish();
+    return body;
+}
+
+} // namespace
+
 std::string encodeNamedInstances(const Request& request, const Array<CIMInstance>& instances) {
-    XmlWriter out = openResult(request);
-    for (Uint32 i = 0; i < instances.size(); i++) {
-        out.open("VALUE.NAMEDINSTANCE");
-        writeInstanceName(out, instances[i].getPath());
-        writeInstance(out, instances[i], request.includeClassOrigin);
-        out.close();
-    }
-    return closeMessage(out);
+    return wholeAnswer(request, instances, [](AnswerStream& answer, const CIMInstance& instance) {
+        answer.addNamedInstance(instance);
+    });
 }
 
 std::string encodeInstanceNames(const Request& request, const Array<CIMObjectPath>& names) {
-    XmlWriter out = openResult(request);
-    for (Uint32 i = 0; i < names.size(); i++)
-        writeInstanceName(out, names[i]);
-    return closeMessage(out);
+    return wholeAnswer(request, names, [](AnswerStream& answer, const CIMObjectPath& name) {
+        answer.addInstanceName(name);
+    });
 }
 
 std::string encodeObjectsWithPath(const Request& request, const Array<CIMObject>& objects) {
-    XmlWriter out = openResult(request);
-    for (Uint32 i = 0; i < objects.size(); i++) {
-        const CIMObject& object = objects[i];
-        const CIMObjectPath& path = object.getPath();
-        out.open("VALUE.OBJECTWITHPATH");
-        if (object.isClass()) {
-            writeClassPath(out, path, hostOf(path), namespaceOf(path, request));
-            writeClass(out, CIMClass(object));
-        } else {
-            writeInstancePath(out, path, hostOf(path), namespaceOf(path, request));
-            writeInstance(out, CIMInstance(object), request.includeClassOrigin);
-        }
-        out.close();
-    }
-    return closeMessage(out);
+    return wholeAnswer(request, objects, [](AnswerStream& answer, const CIMObject& object) {
+        answer.addObjectWithPath(object);
+    });
 }
 
 std::string encodeObjectPaths(const Request& request, const Array<CIMObjectPath>& paths) {
-    XmlWriter out = openResult(request);
-    for (Uint32 i = 0; i < paths.size(); i++) {
-        out.open("OBJECTPATH");
-        if (request.objectNameIsClass)
-            writeClassPath(out, paths[i], hostOf(paths[i]), namespaceOf(paths[i], request));
-        else
-            writeInstancePath(out, paths[i], hostOf(paths[i]), namespaceOf(paths[i], request));
-        out.close();
-    }
-    return closeMessage(out);
+    return wholeAnswer(request, paths, [](AnswerStream& answer, const CIMObjectPath& path) {
+        answer.addObjectPath(path);
+    });
 }
 
 std::string encodeClass(const Request& request, const CIMClass& cimClass) {
@@ -140,7 +95,7 @@ std::string encodeClasses(const Request& request, const Array<CIMClass>& classes
 std::string encodeClassNames(const Request& request, const Array<CIMName>& names) {
     XmlWriter out = openResult(request);
     for (Uint32 i = 0; i < names.size(); i++)
-        out.open("CLASSNAME").attribute("NAME", utf8(names[i].getString())).closeEmpty();
+        out.open("CLASSNAME").attribute("NAME", names[i].getString()).closeEmpty();
     return closeMessage(out);
 }
 

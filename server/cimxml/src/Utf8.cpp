@@ -58,22 +58,32 @@ bool decodeSingleCodePoint(std::string_view text, uint32_t& codePoint) {
     return true;
 }
 
-void appendUtf8(std::string& out, uint32_t codePoint) {
+size_t encodeUtf8(uint32_t codePoint, char* bytes) {
     if (codePoint < 0x80) {
-        out += static_cast<char>(codePoint);
-    } else if (codePoint < 0x800) {
-        out += static_cast<char>(0xC0 | (codePoint >> 6));
-        out += static_cast<char>(0x80 | (codePoint & 0x3F));
-    } else if (codePoint < 0x10000) {
-        out += static_cast<char>(0xE0 | (codePoint >> 12));
-        out += static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (codePoint & 0x3F));
-    } else {
-        out += static_cast<char>(0xF0 | (codePoint >> 18));
-        out += static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (codePoint & 0x3F));
+        bytes[0] = static_cast<char>(codePoint);
+        return 1;
     }
+    if (codePoint < 0x800) {
+        bytes[0] = static_cast<char>(0xC0 | (codePoint >> 6));
+        bytes[1] = static_cast<char>(0x80 | (codePoint & 0x3F));
+        return 2;
+    }
+    if (codePoint < 0x10000) {
+        bytes[0] = static_cast<char>(0xE0 | (codePoint >> 12));
+        bytes[1] = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
+        bytes[2] = static_cast<char>(0x80 | (codePoint & 0x3F));
+        return 3;
+    }
+    bytes[0] = static_cast<char>(0xF0 | (codePoint >> 18));
+    bytes[1] = static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
+    bytes[2] = static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
+    bytes[3] = static_cast<char>(0x80 | (codePoint & 0x3F));
+    return 4;
+}
+
+void appendUtf8(std::string& out, uint32_t codePoint) {
+    char bytes[4];
+    out.append(bytes, encodeUtf8(codePoint, bytes));
 }
 
 } // namespace vexa::cimxml::detail

@@ -21,6 +21,8 @@ size_t findInvalidUtf8(std::string_view text);
 bool decodeSingleCodePoint(std::string_view text, uint32_t& codePoint);
 
 void appendUtf8(std::string& out, uint32_t codePoint);
+// Writes the code point's 1-4 bytes to `bytes`; returns how many.
+size_t encodeUtf8(uint32_t codePoint, char* bytes);
 
 } // namespace vexa::cimxml::detail
 

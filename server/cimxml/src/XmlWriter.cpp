@@ -51,6 +51,65 @@ void appendEscaped(std::string& out, std::string_view text) {
     }
 }
 
+void appendEscaped(std::string& out, const Pegasus::Char16* text, size_t length) {
+    // Converted a block at a time through a buffer on the stack: one
+    // append per block instead of one per character.
+    char block[512];
+    size_t used = 0;
+    const auto put = [&](std::string_view bytes) {
+        if (used + bytes.size() > sizeof block) {
+            out.append(block, used);
+            used = 0;
+        }
+        for (char c : bytes)
+            block[used++] = c;
+    };
+    for (size_t pos = 0; pos < length; pos++) {
+        const uint32_t unit = static_cast<Pegasus::Uint16>(text[pos]);
+        if (unit >= 0x80) {
+            uint32_t codePoint = unit;
+            if (unit >= 0xD800 && unit <= 0xDFFF) {
+                const uint32_t low =
+                    pos + 1 < length ? static_cast<Pegasus::Uint16>(text[pos + 1]) : 0;
+                if (unit > 0xDBFF || low < 0xDC00 || low > 0xDFFF) {
+                    put(replacementCharacter);
+                    continue;
+                }
+                codePoint = 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
+                pos++;
+            }
+            char bytes[4];
+            put(std::string_view(bytes, encodeUtf8(codePoint, bytes)));
+            continue;
+        }
+        switch (unit) {
+        case '&':
+            put("&amp;");
+            break;
+        case '<':
+            put("&lt;");
+            break;
+        case '>':
+            put("&gt;");
+            break;
+        case '"':
+            put("&quot;");
+            break;
+        default:
+            if (unit < 0x20 && !allowedControl(static_cast<unsigned char>(unit))) {
+                put(replacementCharacter);
+            } else {
+                if (used == sizeof block) {
+                    out.append(block, used);
+                    used = 0;
+                }
+                block[used++] = static_cast<char>(unit);
+            }
+        }
+    }
+    out.append(block, used);
+}
+
 void XmlWriter::finishStartTag() {
     if (startTagPending_) {
         out_ += '>';
@@ -75,6 +134,27 @@ XmlWriter& XmlWriter::attribute(const char* name, std::string_view value) {
     out_ += "=\"";
     appendEscaped(out_, value);
     out_ += '"';
+    return *this;
+}
+
+XmlWriter& XmlWriter::attribute(const char* name, const Pegasus::String& value) {
+    return attribute(name, value.getChar16Data(), value.size());
+}
+
+XmlWriter& XmlWriter::attribute(const char* name, const Pegasus::Char16* value, size_t length) {
+    if (!startTagPending_)
+        throw std::logic_error("XML attribute written outside a start tag");
+    out_ += ' ';
+    out_ += name;
+    out_ += "=\"";
+    appendEscaped(out_, value, length);
+    out_ += '"';
+    return *this;
+}
+
+XmlWriter& XmlWriter::text(const Pegasus::String& text) {
+    finishStartTag();
+    appendEscaped(out_, text.getChar16Data(), text.size());
     return *this;
 }
 
@@ -108,6 +188,14 @@ XmlWriter& XmlWriter::raw(std::string_view markup) {
     finishStartTag();
     out_.append(markup);
     return *this;
+}
+
+void XmlWriter::rollBack(const Mark& mark) {
+    if (mark.bytes > out_.size() || mark.depth > open_.size())
+        throw std::logic_error("XML writer rolled back past text already handed away");
+    out_.resize(mark.bytes);
+    open_.resize(mark.depth);
+    startTagPending_ = mark.startTagPending;
 }
 
 std::string XmlWriter::take() {

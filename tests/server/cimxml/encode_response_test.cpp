@@ -7,6 +7,8 @@
 #include <Pegasus/Common/CIMQualifier.h>
 
 #include <set>
+#include <stdexcept>
+#include <vector>
 
 using namespace cimxml_test;
 using namespace vexa::cimxml;
@@ -290,4 +292,47 @@ TEST(EncodeClasses, GetClassAnswerDeclaresMethodsAndParameters) {
     names.append(CIMName("Test_Class"));
     EXPECT_EQ(encodeClassNames(requestFor("EnumerateClassNames"), names),
               intrinsicAnswer("EnumerateClassNames", "<CLASSNAME NAME=\"Test_Class\"/>"));
+}
+
+TEST(EncodeInstances, AStreamedAnswerIsHandedOnBetweenObjectsAndEndsWellFormedOnFailure) {
+    const Request request = requestFor("EnumerateInstances");
+    Array<CIMInstance> instances;
+    for (int i = 0; i < 20; i++)
+        instances.append(sampleInstance());
+    std::vector<std::string> pieces;
+    const auto collect = [&pieces](std::string_view text) { pieces.emplace_back(text); };
+
+    AnswerStream streamed(request, collect, 2048);
+    for (Uint32 i = 0; i < instances.size(); i++)
+        streamed.addNamedInstance(instances[i]);
+    streamed.finish();
+    ASSERT_GT(pieces.size(), 3u);
+    std::string joined;
+    for (size_t i = 0; i < pieces.size(); i++) {
+        joined += pieces[i];
+        if (i + 1 < pieces.size()) {
+            EXPECT_EQ(pieces[i].substr(pieces[i].rfind('<')), "</VALUE.NAMEDINSTANCE>");
+        }
+    }
+    EXPECT_EQ(joined, encodeNamedInstances(request, instances));
+
+    // Objects already sent stay; the ERROR follows the closed IRETURNVALUE.
+    pieces.clear();
+    AnswerStream failed(request, collect, 1);
+    failed.addNamedInstance(sampleInstance());
+    failed.fail(CIM_ERR_FAILED, "disk <gone>");
+    joined.clear();
+    for (const std::string& piece : pieces)
+        joined += piece;
+    const std::string ending = "</VALUE.NAMEDINSTANCE></IRETURNVALUE><ERROR CODE=\"1\" "
+                               "DESCRIPTION=\"disk &lt;gone&gt;\"></ERROR></IMETHODRESPONSE>"
+                               "</SIMPLERSP></MESSAGE></CIM>\n";
+    ASSERT_GT(joined.size(), ending.size());
+    EXPECT_EQ(joined.substr(joined.size() - ending.size()), ending);
+
+    // A receiver that is gone stops every later delivery too.
+    AnswerStream broken(
+        request, [](std::string_view) { throw std::runtime_error("gone"); }, 1);
+    EXPECT_THROW(broken.addNamedInstance(sampleInstance()), std::runtime_error);
+    EXPECT_THROW(broken.addNamedInstance(sampleInstance()), std::runtime_error);
 }

@@ -1,6 +1,7 @@
 // What the server adds around the provider: fan-out over served classes,
 // property trimming, error mapping and typed method parameters. Driven with
 // decoded requests against a recording provider and a small schema.
+#include <vexa/host/CimXmlEndpoint.h>
 #include <vexa/host/OperationDispatcher.h>
 #include <vexa/host/ServedClasses.h>
 
@@ -10,8 +11,15 @@
 
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <chrono>
 #include <functional>
 #include <stdexcept>
+#include <thread>
 
 PEGASUS_USING_PEGASUS;
 using namespace vexa::host;
@@ -374,3 +382,136 @@ TEST_F(DispatcherTest, MethodParametersGetTheirDeclaredTypes) {
 }
 
 } // namespace
+
+TEST_F(DispatcherTest, AStreamedEnumerationThatFailsMidwayKeepsWhatWasSentAndEndsWithTheError) {
+    CIMInstance cached = servedInstance("a");
+    provider.answerInstances = [&cached](InstanceResponseHandler& handler) {
+        handler.deliver(cached);
+        throw CIMException(CIM_ERR_FAILED, "the cluster went away");
+    };
+    Request r = request("EnumerateInstances");
+    r.className = CIMName("Test_Served");
+    Array<CIMName> names;
+    names.append(CIMName("Extra"));
+    r.propertyList = CIMPropertyList(names);
+    std::string body;
+    StreamOutcome outcome = dispatcher->stream(
+        r, caller, [&body](std::string_view text) { body.append(text); }, 1);
+    EXPECT_EQ(outcome.status, CIM_ERR_FAILED);
+    EXPECT_EQ(outcome.description, "the cluster went away");
+    EXPECT_NE(body.find("</VALUE.NAMEDINSTANCE></IRETURNVALUE><ERROR CODE=\"1\" "
+                        "DESCRIPTION=\"the cluster went away\">"),
+              std::string::npos)
+        << body;
+    // The answer leaves out what the PropertyList does not name; the
+    // provider's own instance keeps it.
+    EXPECT_EQ(body.find("BaseProp"), std::string::npos) << body;
+    EXPECT_EQ(cached.getPropertyCount(), 3u);
+}
+
+namespace {
+
+// What the server sends for `request` on a fresh loopback connection, read
+// until it closes.
+std::string sendAndRead(int port, const std::string& request) {
+    int fd = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<uint16_t>(port));
+    inet_pton(AF_INET, "127.0.0.1", &address.sin_addr);
+    std::string answer;
+    if (connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+        send(fd, request.data(), request.size(), 0) == static_cast<ssize_t>(request.size())) {
+        char buffer[4096];
+        for (ssize_t n; (n = recv(fd, buffer, sizeof buffer, 0)) > 0;) {
+            answer.append(buffer, static_cast<size_t>(n));
+        }
+    }
+    close(fd);
+    return answer;
+}
+
+// A raw chunked body taken apart: the data, how many chunks carried it,
+// and the trailer after the last chunk.
+struct Dechunked {
+    std::string body;
+    int chunks = 0;
+    std::string trailer;
+};
+
+Dechunked dechunk(const std::string& raw) {
+    Dechunked result;
+    for (size_t pos = 0; pos < raw.size();) {
+        size_t endOfSize = raw.find("\r\n", pos);
+        size_t size = std::stoul(raw.substr(pos, endOfSize - pos), nullptr, 16);
+        pos = endOfSize + 2;
+        if (size == 0) {
+            result.trailer = raw.substr(pos);
+            break;
+        }
+        result.body += raw.substr(pos, size);
+        result.chunks++;
+        pos += size + 2;
+    }
+    return result;
+}
+
+} // namespace
+
+TEST_F(DispatcherTest, ALargeEnumerationGoesOutInChunksWithItsOutcomeInTheTrailer) {
+    bool failAtEnd = false;
+    provider.answerInstances = [&failAtEnd](InstanceResponseHandler& handler) {
+        for (int i = 0; i < 40; i++) {
+            handler.deliver(servedInstance(("n" + std::to_string(i)).c_str()));
+        }
+        if (failAtEnd) {
+            throw CIMException(CIM_ERR_FAILED, "disk gone");
+        }
+    };
+    EndpointSettings settings;
+    settings.chunkBytes = 1024;
+    CimXmlEndpoint endpoint(*dispatcher, settings);
+    httplib::Server http;
+    endpoint.install(http);
+    int port = http.bind_to_any_port("127.0.0.1");
+    std::thread serving([&http] { http.listen_after_bind(); });
+    while (!http.is_running()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    const std::string body =
+        R"(<?xml version="1.0" encoding="utf-8" ?><CIM CIMVERSION="2.0" DTDVERSION="2.0">)"
+        R"(<MESSAGE ID="4711" PROTOCOLVERSION="1.0"><SIMPLEREQ>)"
+        R"(<IMETHODCALL NAME="EnumerateInstances"><LOCALNAMESPACEPATH><NAMESPACE NAME="root"/>)"
+        R"(<NAMESPACE NAME="cimv2"/></LOCALNAMESPACEPATH><IPARAMVALUE NAME="ClassName">)"
+        R"(<CLASSNAME NAME="Test_Served"/></IPARAMVALUE></IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>)";
+    auto post = [&](const std::string& version) {
+        std::string answer =
+            sendAndRead(port, "POST /cimom " + version +
+                                  "\r\nHost: 127.0.0.1\r\nCIMOperation: MethodCall\r\n"
+                                  "CIMMethod: EnumerateInstances\r\nCIMObject: root%2Fcimv2\r\n"
+                                  "TE: trailers\r\nConnection: close\r\nContent-Length: " +
+                                  std::to_string(body.size()) + "\r\n\r\n" + body);
+        size_t headersEnd = answer.find("\r\n\r\n");
+        EXPECT_NE(headersEnd, std::string::npos) << answer;
+        return std::make_pair(answer.substr(0, headersEnd), answer.substr(headersEnd + 4));
+    };
+
+    auto [headers, raw] = post("HTTP/1.1");
+    EXPECT_NE(headers.find("Transfer-Encoding: chunked"), std::string::npos) << headers;
+    Dechunked streamed = dechunk(raw);
+    EXPECT_GT(streamed.chunks, 3);
+    EXPECT_EQ(streamed.trailer, "CIMStatusCode: 0\r\n\r\n");
+    // HTTP/1.0 knows no chunks: the same answer arrives whole.
+    auto [wholeHeaders, whole] = post("HTTP/1.0");
+    EXPECT_NE(wholeHeaders.find("Content-Length: "), std::string::npos) << wholeHeaders;
+    EXPECT_EQ(streamed.body, whole);
+    EXPECT_NE(whole.find("Name\"><KEYVALUE VALUETYPE=\"string\">n39<"), std::string::npos);
+
+    failAtEnd = true;
+    Dechunked failed = dechunk(post("HTTP/1.1").second);
+    EXPECT_EQ(failed.trailer, "CIMStatusCode: 1\r\nCIMStatusCodeDescription: disk%20gone\r\n"
+                              "CIMStatusDescription: disk%20gone\r\n\r\n");
+    EXPECT_NE(failed.body.find("</IRETURNVALUE><ERROR CODE=\"1\""), std::string::npos);
+    http.stop();
+    serving.join();
+}

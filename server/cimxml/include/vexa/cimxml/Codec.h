@@ -19,6 +19,8 @@
 #include <Pegasus/Common/CIMType.h>
 #include <Pegasus/Common/CIMValue.h>
 
+#include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -28,8 +30,8 @@ namespace vexa::cimxml {
 
 // Bounds that protect the decoder from hostile input.
 struct DecodeLimits {
-    size_t maxDepth = 64;          // XML element nesting
-    size_t maxBytes = 4u << 20;    // message body
+    size_t maxDepth = 64;       // XML element nesting
+    size_t maxBytes = 4u << 20; // message body
 };
 
 // A request that cannot be answered normally. Either the HTTP layer refuses
@@ -73,10 +75,10 @@ private:
 struct RawValue {
     enum class Shape { Null, Scalar, Array, Reference, ReferenceArray, Instance };
     Shape shape = Shape::Null;
-    std::string typeHint;                      // TYPE / PARAMTYPE text, empty when absent
-    std::vector<std::string> texts;            // Scalar: one text; Array: one per element
-    std::vector<Pegasus::CIMObjectPath> refs;  // Reference: one; ReferenceArray: each
-    std::string embeddedXml;                   // Instance: the INSTANCE element's text
+    std::string typeHint;                     // TYPE / PARAMTYPE text, empty when absent
+    std::vector<std::string> texts;           // Scalar: one text; Array: one per element
+    std::vector<Pegasus::CIMObjectPath> refs; // Reference: one; ReferenceArray: each
+    std::string embeddedXml;                  // Instance: the INSTANCE element's text
 };
 
 struct RawParameter {
@@ -96,9 +98,9 @@ struct Request {
 
     // Intrinsic parameters. Only those the operation carries are set; absent
     // optional ones take the operation's defaults from the protocol.
-    Pegasus::CIMObjectPath instanceName;  // InstanceName, or ObjectName naming an instance
-    Pegasus::CIMName className;           // ClassName, or ObjectName naming a class
-    bool objectNameIsClass = false;       // association requests on a class
+    Pegasus::CIMObjectPath instanceName; // InstanceName, or ObjectName naming an instance
+    Pegasus::CIMName className;          // ClassName, or ObjectName naming a class
+    bool objectNameIsClass = false;      // association requests on a class
     Pegasus::CIMName assocClass;
     Pegasus::CIMName resultClass;
     std::string role;
@@ -107,7 +109,7 @@ struct Request {
     bool deepInheritance = true;
     bool includeQualifiers = false;
     bool includeClassOrigin = false;
-    Pegasus::CIMPropertyList propertyList;  // null when absent
+    Pegasus::CIMPropertyList propertyList; // null when absent
 
     // Extrinsic calls: the target (LOCALINSTANCEPATH or LOCALCLASSPATH, its
     // namespace in nameSpace) and the PARAMVALUEs in the order sent.
@@ -143,6 +145,65 @@ Pegasus::CIMValue convertParameter(const RawParameter& parameter, Pegasus::CIMTy
 // host name; the server sets the name it is reached by. Thread-safe.
 void setDefaultHost(const std::string& host);
 std::string defaultHost();
+
+// Which properties of an instance go into an answer: those the request's
+// PropertyList names (all when it is null or absent) and, with
+// `declaredIn`, only those that class declares (DeepInheritance=FALSE for
+// instances of a subclass). Filtering while writing leaves the delivered
+// instance, which may be the provider's own, untouched.
+struct PropertySelection {
+    const Pegasus::CIMPropertyList* propertyList = nullptr;
+    const Pegasus::CIMClass* declaredIn = nullptr;
+    bool includes(const Pegasus::CIMName& name) const;
+};
+
+// An intrinsic answer written while its objects arrive, so that a large
+// enumeration is never held whole. The text goes to `flush` in pieces of
+// at least `chunkBytes`, each ending after a whole object, and the rest at
+// finish() or fail(). A flush that throws ends the stream: the exception
+// leaves the add or finish call that flushed.
+class AnswerStream {
+public:
+    using Flush = std::function<void(std::string_view text)>;
+    static constexpr size_t DEFAULT_CHUNK_BYTES = 64 * 1024;
+
+    // `host` and `nameSpace` go into the paths of association results that
+    // carry none (empty: defaultHost() and the request's namespace).
+    AnswerStream(const Request& request, Flush flush, size_t chunkBytes = DEFAULT_CHUNK_BYTES,
+                 const std::string& host = std::string(),
+                 const std::string& nameSpace = std::string());
+    ~AnswerStream();
+    AnswerStream(const AnswerStream&) = delete;
+    AnswerStream& operator=(const AnswerStream&) = delete;
+
+    // EnumerateInstances: VALUE.NAMEDINSTANCE.
+    void addNamedInstance(const Pegasus::CIMConstInstance& instance,
+                          const PropertySelection& selection = {});
+    // EnumerateInstanceNames: INSTANCENAME.
+    void addInstanceName(const Pegasus::CIMObjectPath& path);
+    // Associators and References: VALUE.OBJECTWITHPATH.
+    void addObjectWithPath(const Pegasus::CIMObject& object,
+                           const PropertySelection& selection = {});
+    // AssociatorNames and ReferenceNames: OBJECTPATH.
+    void addObjectPath(const Pegasus::CIMObjectPath& path);
+
+    // Ends a successful answer.
+    void finish();
+    // Ends the answer with an ERROR. Before any text was flushed that is the
+    // plain error answer. After, the answer cannot be taken back: the
+    // IRETURNVALUE is closed, the ERROR follows it inside IMETHODRESPONSE,
+    // and the document still ends well-formed. A client that checks the
+    // answer's structure refuses it rather than take the objects so far as
+    // the whole result.
+    void fail(Pegasus::CIMStatusCode status, const std::string& description);
+    // Has text been handed to flush?
+    bool started() const;
+
+private:
+    struct State;
+    void afterObject();
+    std::unique_ptr<State> state_;
+};
 
 // Answers. Each returns the whole message body, for the request's message
 // id and method name.

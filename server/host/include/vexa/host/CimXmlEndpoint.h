@@ -2,7 +2,9 @@
 // (method, CIM headers against the body, content type, credentials), has
 // the body decoded and answered, and writes the HTTP answer. Protocol faults
 // are HTTP errors with a CIMError header; everything else is a 200 answer,
-// CIM errors included.
+// CIM errors included. Enumerations and association requests of HTTP/1.1
+// clients are answered in chunks while the provider delivers; the rest, and
+// everything for HTTP/1.0 clients, whole with a Content-Length.
 #ifndef VEXA_HOST_CIMXMLENDPOINT_H
 #define VEXA_HOST_CIMXMLENDPOINT_H
 
@@ -22,6 +24,8 @@ struct EndpointSettings {
     cimxml::DecodeLimits limits;
     const AuthFile* auth = nullptr; // null: no authentication
     std::string systemName;         // host name when the request names none
+    // Streamed answers go to the socket in chunks of about this size.
+    size_t chunkBytes = cimxml::AnswerStream::DEFAULT_CHUNK_BYTES;
 };
 
 class CimXmlEndpoint {
@@ -34,12 +38,18 @@ public:
     void handlePost(const httplib::Request& request, httplib::Response& response) const;
 
 private:
+    void streamAnswer(const httplib::Request& request, httplib::Response& response,
+                      cimxml::Request decoded, Caller caller) const;
+
     const OperationDispatcher& dispatcher_;
     EndpointSettings settings_;
 };
 
 // "%2F" style decoding of CIM header values; empty when malformed.
 std::optional<std::string> percentDecode(const std::string& text);
+// The reverse, for header and trailer values: all but letters, digits and
+// "-._~" encoded.
+std::string percentEncode(const std::string& text);
 
 } // namespace vexa::host
 

@@ -27,7 +27,6 @@
 #include <vexa/cimxml/Codec.h>
 #include <vexa/schema/SchemaRepository.h>
 
-#include <functional>
 #include <string>
 
 #include "vexa/host/ResponseCollectors.h"
@@ -48,6 +47,12 @@ struct Caller {
     std::string hostInAnswer; // HOST written into paths of association answers
 };
 
+// How a streamed answer ended: CIM_ERR_SUCCESS, or the error it ends with.
+struct StreamOutcome {
+    Pegasus::CIMStatusCode status = Pegasus::CIM_ERR_SUCCESS;
+    std::string description;
+};
+
 // The one namespace the provider serves.
 extern const char* const SERVED_NAMESPACE;
 
@@ -60,16 +65,30 @@ public:
     // Never throws: failures become ERROR answers.
     std::string answer(const cimxml::Request& request, const Caller& caller) const;
 
+    // The operations whose answers grow with the cluster (enumerations and
+    // association requests): they can be written while the provider
+    // delivers, instead of being held whole.
+    static bool streams(const cimxml::Request& request);
+    // Answers such an operation, handing the text to `flush` in pieces of
+    // about `chunkBytes` as the provider delivers. A failure ends the answer
+    // with an ERROR (see cimxml::AnswerStream::fail) and is returned. Throws
+    // only what `flush` throws, once the provider has been left.
+    StreamOutcome stream(const cimxml::Request& request, const Caller& caller,
+                         const cimxml::AnswerStream::Flush& flush, size_t chunkBytes) const;
+
 private:
+    static void checkNamespace(const cimxml::Request& request);
     std::string dispatch(const cimxml::Request& request, const Caller& caller) const;
 
     std::string getInstance(const cimxml::Request& request, const Caller& caller) const;
-    std::string enumerateInstances(const cimxml::Request& request, const Caller& caller) const;
-    std::string enumerateInstanceNames(const cimxml::Request& request, const Caller& caller) const;
-    std::string associators(const cimxml::Request& request, const Caller& caller,
-                            bool namesOnly) const;
-    std::string references(const cimxml::Request& request, const Caller& caller,
-                           bool namesOnly) const;
+    void enumerateInstances(const cimxml::Request& request, const Caller& caller,
+                            cimxml::AnswerStream& answer) const;
+    void enumerateInstanceNames(const cimxml::Request& request, const Caller& caller,
+                                cimxml::AnswerStream& answer) const;
+    void associators(const cimxml::Request& request, const Caller& caller, bool namesOnly,
+                     cimxml::AnswerStream& answer) const;
+    void references(const cimxml::Request& request, const Caller& caller, bool namesOnly,
+                    cimxml::AnswerStream& answer) const;
 
     // An association or reference request as the provider is asked it: the
     // served association classes it covers, and the source object's path.
@@ -80,13 +99,6 @@ private:
     };
     AssociationCall associationCall(const cimxml::Request& request, const Caller& caller,
                                     const Pegasus::CIMName& associationFilter) const;
-    std::string collectPaths(
-        const cimxml::Request& request, const Caller& caller, const AssociationCall& call,
-        const std::function<void(const Pegasus::CIMName&, ObjectPathCollector&)>& ask) const;
-    std::string
-    collectObjects(const cimxml::Request& request, const Caller& caller,
-                   const AssociationCall& call,
-                   const std::function<void(const Pegasus::CIMName&, ObjectCollector&)>& ask) const;
     std::string getClass(const cimxml::Request& request) const;
     std::string enumerateClasses(const cimxml::Request& request, bool namesOnly) const;
     std::string invokeMethod(const cimxml::Request& request, const Caller& caller) const;

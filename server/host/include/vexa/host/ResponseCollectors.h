@@ -1,4 +1,5 @@
-// The response handlers the server hands the provider for one request. They
+// The response handlers the server hands the provider for a GetInstance or
+// a method call (the enumerations stream, see StreamingHandlers.h). They
 // keep copies of what is delivered and apply the checks a CIM server applies
 // on delivery (no uninitialised objects, one instance for GetInstance, no
 // null return value), throwing CIMException as such a server does.
@@ -18,6 +19,9 @@
 #include <Pegasus/Common/ResponseHandler.h>
 
 namespace vexa::host {
+
+// What a CIM server answers a provider that delivers an uninitialised object.
+[[noreturn]] void refuseUninitialized();
 
 class CompletionTracker : virtual public Pegasus::ResponseHandler {
 public:
@@ -40,22 +44,6 @@ public:
 
 private:
     bool atMostOne_;
-};
-
-class ObjectPathCollector : public Pegasus::ObjectPathResponseHandler, public CompletionTracker {
-public:
-    void deliver(const Pegasus::CIMObjectPath& path) override;
-    void deliver(const Pegasus::Array<Pegasus::CIMObjectPath>& paths) override;
-
-    Pegasus::Array<Pegasus::CIMObjectPath> paths;
-};
-
-class ObjectCollector : public Pegasus::ObjectResponseHandler, public CompletionTracker {
-public:
-    void deliver(const Pegasus::CIMObject& object) override;
-    void deliver(const Pegasus::Array<Pegasus::CIMObject>& objects) override;
-
-    Pegasus::Array<Pegasus::CIMObject> objects;
 };
 
 class MethodResultCollector : public Pegasus::MethodResultResponseHandler,
