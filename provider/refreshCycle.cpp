@@ -60,9 +60,13 @@ int VexaProvider::buildAllVexaInstanceList(int force) {
     ts_log(0, "VexaProvider::buildAllVexaInstanceListz", "buildNodeInstanceList\n");
     buildNodeInstanceList();
     ts_log(0, fn, "buildFileSystemInstanceList\n");
-    buildFileSystemInstanceList();
+    const bool fileSystemListsRebuilt = buildFileSystemInstanceList() == 0;
     ts_log(0, fn, "buildFreeDiskInstanceList\n");
-    buildFreeDiskInstanceList();
+    // The free disks are appended to the disk list and their servers to the
+    // disk-server list, which only a successful file-system rebuild clears:
+    // after a failed one the kept lists already hold them.
+    if (fileSystemListsRebuilt)
+        buildFreeDiskInstanceList();
     ts_log(0, fn, "buildDiskAccessAssoicationList\n");
     buildDiskAccessAssociationList();
     // The RAID element lists follow their inventory files from pass to pass.
