@@ -1,8 +1,10 @@
 // The paths an indication carries for the stored elements its event names,
 // and the cache lock their look-ups take.
+#include <atomic>
 #include <chrono>
 #include <cstring>
 #include <future>
+#include <stdexcept>
 
 #include "indicationInstance.h"
 #include "lockGuards.h"
@@ -78,6 +80,62 @@ TEST_F(IndicationContentTest, OnlyLookUpsWaitForTheCacheLock) {
     storeFlag(theVexaProvider, static_cast<VexaProvider*>(0));
     EXPECT_EQ(text(createVexaIndicationInstance(VEXA_IND_MOUNT, &e, 0), "vexaNodeInstancePath"),
               "<missing vexaNodeInstancePath>");
+}
+
+// The server may release a handler once complete() returns: an event whose
+// delivery is under way when indications are disabled holds complete() back.
+TEST_F(IndicationContentTest, DisablingWaitsForADeliveryUnderWay) {
+    start(SMALL_CLUSTER);
+    struct SlowHandler : RecordingIndicationHandler {
+        using RecordingIndicationHandler::deliver;
+        std::promise<void> entered;
+        std::shared_future<void> release;
+        std::atomic<bool> returned{false};
+        std::atomic<bool> completedTooEarly{false};
+        void deliver(const CIMIndication& indication) override {
+            entered.set_value();
+            release.wait();
+            RecordingIndicationHandler::deliver(indication);
+            returned = true;
+        }
+        void complete() override {
+            completedTooEarly = !returned;
+            RecordingIndicationHandler::complete();
+        }
+    } handler;
+    std::promise<void> release;
+    handler.release = release.get_future().share();
+    provider->enableIndications(handler);
+    qzsim::postEvent(qzsim::eventFromJson(R"({"type": "mount", "node": "n1", "fs": "data0"})"));
+    handler.entered.get_future().wait();
+
+    std::future<void> disabled =
+        std::async(std::launch::async, [&] { provider->disableIndications(); });
+    EXPECT_EQ(disabled.wait_for(std::chrono::milliseconds(100)), std::future_status::timeout);
+    release.set_value();
+    disabled.get();
+    EXPECT_FALSE(handler.completedTooEarly);
+    EXPECT_EQ(handler.calls.complete, 1);
+}
+
+// A delivery that fails loses its indication, not the event stream.
+TEST_F(IndicationContentTest, AFailingDeliveryLosesOneIndicationNotTheStream) {
+    start(SMALL_CLUSTER);
+    struct FailingOnceHandler : RecordingIndicationHandler {
+        using RecordingIndicationHandler::deliver;
+        std::atomic<bool> failed{false};
+        void deliver(const CIMIndication& indication) override {
+            if (!failed.exchange(true))
+                throw std::runtime_error("listener gone");
+            RecordingIndicationHandler::deliver(indication);
+        }
+    } handler;
+    provider->enableIndications(handler);
+    qzsim::postEvent(qzsim::eventFromJson(R"({"type": "mount", "node": "n1", "fs": "data0"})"));
+    qzsim::postEvent(qzsim::eventFromJson(R"({"type": "unmount", "node": "n1", "fs": "data0"})"));
+    ASSERT_TRUE(handler.waitFor(1));
+    EXPECT_EQ(handler.indications()[0].getClassName(), VEXA_IND_UNMOUNT);
+    provider->disableIndications();
 }
 
 } // namespace
