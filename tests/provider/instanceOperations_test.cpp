@@ -106,29 +106,21 @@ TEST_F(InstanceOperationsTest, GetInstanceRebuildsPerformanceCountersWhateverThe
     EXPECT_EQ(provider->fileSystemPerfs.size(), 1u);
 }
 
-// A failure inside a request (here the handler's own) reaches the server as
-// a CIM error and leaves no lock held: the next request is answered.
+// A failure inside a request (here the handler's own, with a text that is
+// no UTF-8) reaches the server as a CIM error and leaves no lock held.
 TEST_F(InstanceOperationsTest, AFailureInsideARequestIsACimErrorAndReleasesTheLock) {
-    struct RefusingHandler : RecordingInstanceHandler {
+    struct ThrowingHandler : RecordingInstanceHandler {
         using RecordingInstanceHandler::deliver;
-        void deliver(const CIMInstance&) override { throw Exception("refused"); }
-    } refusing;
+        void deliver(const CIMInstance&) override { throw std::out_of_range("\xff index"); }
+    } throwing;
     try {
         provider->enumerateInstances(context, classPath("KOR_VEXA_Node"), false, false,
-                                     CIMPropertyList(), refusing);
+                                     CIMPropertyList(), throwing);
         ADD_FAILURE() << "no error";
     } catch (const CIMException& e) {
         EXPECT_EQ(e.getCode(), CIM_ERR_FAILED);
-        EXPECT_EQ(e.getMessage(), "refused");
+        EXPECT_EQ(e.getMessage(), "? index");
     }
-    struct ThrowingPathHandler : RecordingPathHandler {
-        using RecordingPathHandler::deliver;
-        void deliver(const CIMObjectPath&) override { throw std::out_of_range("\xff index"); }
-    } throwing;
-    EXPECT_THROW(provider->associatorNames(context, enumerate("KOR_VEXA_Node")[0].getPath(),
-                                           CIMName("KOR_VEXA_Mounted"), CIMName(), String(),
-                                           String(), throwing),
-                 CIMException);
     ageCache();
     EXPECT_EQ(enumerate("KOR_VEXA_Node").size(), 2u);
 }
