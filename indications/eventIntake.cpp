@@ -7,6 +7,8 @@
 
 #include <pthread.h>
 
+#include "exceptionBarrier.h"
+#include "indicationGate.h"
 #include "indicationInstance.h"
 #include "processFlags.h"
 
@@ -60,9 +62,9 @@ int VexaProvider::initEventHandler() {
 // When the stream ends the refresh thread notices NeedEventHandler and
 // starts intake again on its next pass.
 void* VexaProvider::eventThread(void*) {
-    theEventsHandler->run();
+    containFailure("VexaProvider::eventThread", [] { theEventsHandler->run(); });
     ts_log(0, "VexaProvider::eventThread", "exit\n");
-    EventsHandler::term();
+    containFailure("VexaProvider::eventThread", [] { EventsHandler::term(); });
     storeFlag(NeedEventHandler, true);
     pthread_exit(0);
     return 0;
@@ -80,25 +82,25 @@ int genVexaIndication(Event* event, void* userData) {
     ts_log(0, "::genVexaIndication", "VEXA event class name = %s\n",
            (const char*)className.getString().getCString());
 
-    CIMInstance indication = createVexaIndicationInstance(className, event, userData);
-    IndicationResponseHandler* handler = loadFlag(IndicationHandler);
-    if (handler != 0) {
-        handler->deliver(indication);
-    }
+    // Runs on the library's event thread: an event that cannot be turned
+    // into an indication is lost, the stream is not.
+    containFailure("::genVexaIndication", [&] {
+        deliverIndication(createVexaIndicationInstance(className, event, userData));
+    });
     return 0;
 }
 
 // The server's handler stays valid until indications are disabled.
 void VexaProvider::enableIndications(IndicationResponseHandler& handler) {
     ts_log(0, "VexaProvider::enableIndications", "enter\n");
-    storeFlag(IndicationHandler, &handler);
-    storeFlag(IndicationEnabled, 1);
+    openIndicationGate(&handler);
 }
 
+// complete() hands the handler back to the server; an event callback that
+// passed the enabled test before the flag was cleared is waited for first.
 void VexaProvider::disableIndications() {
     ts_log(0, "VexaProvider::disableIndications", "enter\n");
-    storeFlag(IndicationEnabled, 0);
-    IndicationResponseHandler* handler = loadFlag(IndicationHandler);
+    IndicationResponseHandler* handler = closeIndicationGate();
     if (handler != 0) {
         handler->complete();
     }

@@ -14,6 +14,8 @@
 #include <cstdlib>
 
 #include "cimProvider.h"
+#include "exceptionBarrier.h"
+#include "indicationGate.h"
 #include "lockGuards.h"
 #include "processFlags.h"
 
@@ -69,14 +71,6 @@ void logProperties(const CIMInstance& instance) {
     }
 }
 
-// Callers test IndicationEnabled first: while it is clear nothing is built.
-void deliverIndication(const CIMInstance& indication) {
-    IndicationResponseHandler* handler = loadFlag(IndicationHandler);
-    if (handler != 0) {
-        handler->deliver(indication);
-    }
-}
-
 // Position of a job element in the provider's job list, or -1 when the
 // element is not one of this provider's (a task queued by a provider that
 // has since been replaced).
@@ -117,16 +111,17 @@ CIMInstance VexaProvider::createConcreteJobInstance(String name) {
     return job;
 }
 
-// Runs on the management library's execution thread. The completed job
-// replaces the stored one rather than being changed in place, so a copy that
-// a request thread is still encoding keeps reading a whole instance.
-int notifyMethodCompletion(void* context) {
-    ts_log(0, "::notifyMethodCompletion", "enter\n");
+namespace {
+
+// The completed job replaces the stored one rather than being changed in
+// place, so a copy that a request thread is still encoding keeps reading a
+// whole instance.
+void completeJob(void* context) {
     VexaProvider* provider = loadFlag(theVexaProvider);
     if (provider == 0) {
         // The provider was terminated while the task ran; its job list is gone.
         ts_log(1, "::notifyMethodCompletion", "no provider, job not updated\n");
-        return 0;
+        return;
     }
     CIMInstance* element = static_cast<CIMInstance*>(context);
     CIMInstance previous;
@@ -136,7 +131,7 @@ int notifyMethodCompletion(void* context) {
         long index = jobIndex(*provider, element);
         if (index < 0) {
             ts_log(1, "::notifyMethodCompletion", "unknown job, not updated\n");
-            return 0;
+            return;
         }
         previous = element->clone();
         completed = element->clone();
@@ -154,6 +149,15 @@ int notifyMethodCompletion(void* context) {
     if (loadFlag(IndicationEnabled)) {
         deliverIndication(createVexaInstModification(previous, source));
     }
+}
+
+} // namespace
+
+int notifyMethodCompletion(void* context) {
+    ts_log(0, "::notifyMethodCompletion", "enter\n");
+    // Runs on the library's execution thread, which must outlive a job
+    // whose completion fails.
+    containFailure("::notifyMethodCompletion", [&] { completeJob(context); });
     return 0;
 }
 

@@ -1,6 +1,7 @@
 // The declustered-RAID element methods, and every method name that matches
 // no other: the status of a cached element changed and announced.
 #include "cimProvider.h"
+#include "indicationGate.h"
 #include "lockGuards.h"
 
 #include <Pegasus/Common/CIMParamValue.h>
@@ -66,7 +67,9 @@ Uint32 VexaProvider::modifyRaidElement(const CIMName& methodName,
         }
         ts_log(0, FRAME_FUNCTION, "%s\n", method.name);
         // The lists are rebuilt by every cache pass; the element must not be
-        // replaced while its status changes.
+        // replaced while its status changes. The announcement goes out once
+        // the lock is released.
+        HeldIndications announcement;
         CacheWriteLock lock(*this);
         const int index = getCorvaneInstIdx(method.type, deviceName);
         if (index != -1) {

@@ -331,11 +331,10 @@ void VexaProvider::vexaAssociatorsSync(const Array<CIMInstance>& assocs,
         deliverFarEnd(*this, ends[i], handler);
 }
 
-void VexaProvider::associators(const OperationContext&, const CIMObjectPath& objectName,
-                               const CIMName& associationClass, const CIMName& resultClass,
-                               const String& role, const String& resultRole, const Boolean,
-                               const Boolean, const CIMPropertyList&,
-                               ObjectResponseHandler& handler) {
+void VexaProvider::serveAssociators(const CIMObjectPath& objectName,
+                                    const CIMName& associationClass, const CIMName& resultClass,
+                                    const String& role, const String& resultRole,
+                                    ObjectResponseHandler& handler) {
     static const char* const fn = "VexaProvider::associators";
     if (!inProviderNamespace(objectName, fn))
         return;
@@ -352,10 +351,10 @@ void VexaProvider::associators(const OperationContext&, const CIMObjectPath& obj
     handler.complete();
 }
 
-void VexaProvider::associatorNames(const OperationContext&, const CIMObjectPath& objectName,
-                                   const CIMName& associationClass, const CIMName& resultClass,
-                                   const String& role, const String& resultRole,
-                                   ObjectPathResponseHandler& handler) {
+void VexaProvider::serveAssociatorNames(const CIMObjectPath& objectName,
+                                        const CIMName& associationClass, const CIMName& resultClass,
+                                        const String& role, const String& resultRole,
+                                        ObjectPathResponseHandler& handler) {
     static const char* const fn = "VexaProvider::associatorNames";
     if (!inProviderNamespace(objectName, fn))
         return;

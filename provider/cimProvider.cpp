@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "exceptionBarrier.h"
 #include "processFlags.h"
 
 PEGASUS_USING_PEGASUS;
@@ -75,10 +76,12 @@ void VexaProvider::initialize(CIMOMHandle&) {
     lastUserGroupRefresh.tv_sec = 0;
     lastUserGroupRefresh.tv_usec = 0;
 
-    {
+    // A first pass that fails part-way leaves the clocks at zero, so the
+    // first request tries again; the provider still starts.
+    containFailure("VexaProvider::initialize", [this] {
         CacheWriteLock lock(*this);
         buildAllVexaInstanceList(1);
-    }
+    });
 
     // Published last: the threads and callbacks only ever see a provider
     // whose cache holds a complete first pass.

@@ -133,6 +133,26 @@ public:
                                     const Pegasus::CIMObjectPath& subscriptionName,
                                     const Pegasus::Array<Pegasus::CIMObjectPath>& classNames);
 
+    // The read operations behind the server's entry points, which turn any
+    // failure into a CIM error (provider/operationEntries.cpp); defined in
+    // provider/instanceOperations.cpp and provider/associationOperations.cpp.
+    void serveEnumerateInstances(const Pegasus::CIMObjectPath& classReference,
+                                 Pegasus::InstanceResponseHandler& handler);
+    void serveEnumerateInstanceNames(const Pegasus::CIMObjectPath& classReference,
+                                     Pegasus::ObjectPathResponseHandler& handler);
+    void serveGetInstance(const Pegasus::CIMObjectPath& instanceReference,
+                          Pegasus::InstanceResponseHandler& handler);
+    void serveAssociators(const Pegasus::CIMObjectPath& objectName,
+                          const Pegasus::CIMName& associationClass,
+                          const Pegasus::CIMName& resultClass, const Pegasus::String& role,
+                          const Pegasus::String& resultRole,
+                          Pegasus::ObjectResponseHandler& handler);
+    void serveAssociatorNames(const Pegasus::CIMObjectPath& objectName,
+                              const Pegasus::CIMName& associationClass,
+                              const Pegasus::CIMName& resultClass, const Pegasus::String& role,
+                              const Pegasus::String& resultRole,
+                              Pegasus::ObjectPathResponseHandler& handler);
+
     // CIMMethodProvider
     virtual void invokeMethod(const Pegasus::OperationContext& context,
                               const Pegasus::CIMObjectPath& objectReference,

@@ -80,9 +80,8 @@ void logUnsupportedClass(const char* function, const CIMName& className) {
 
 } // namespace
 
-void VexaProvider::enumerateInstances(const OperationContext&, const CIMObjectPath& classReference,
-                                      const Boolean, const Boolean, const CIMPropertyList&,
-                                      InstanceResponseHandler& handler) {
+void VexaProvider::serveEnumerateInstances(const CIMObjectPath& classReference,
+                                           InstanceResponseHandler& handler) {
     static const char* const fn = "VexaProvider::enumerateInstances";
     if (!inProviderNamespace(classReference, fn))
         return;
@@ -133,9 +132,8 @@ void VexaProvider::enumerateInstances(const OperationContext&, const CIMObjectPa
     handler.complete();
 }
 
-void VexaProvider::enumerateInstanceNames(const OperationContext&,
-                                          const CIMObjectPath& classReference,
-                                          ObjectPathResponseHandler& handler) {
+void VexaProvider::serveEnumerateInstanceNames(const CIMObjectPath& classReference,
+                                               ObjectPathResponseHandler& handler) {
     static const char* const fn = "VexaProvider::enumerateInstanceNames";
     if (!inProviderNamespace(classReference, fn))
         return;
@@ -159,9 +157,8 @@ void VexaProvider::enumerateInstanceNames(const OperationContext&,
     handler.complete();
 }
 
-void VexaProvider::getInstance(const OperationContext&, const CIMObjectPath& instanceReference,
-                               const Boolean, const Boolean, const CIMPropertyList&,
-                               InstanceResponseHandler& handler) {
+void VexaProvider::serveGetInstance(const CIMObjectPath& instanceReference,
+                                    InstanceResponseHandler& handler) {
     static const char* const fn = "VexaProvider::getInstance";
     if (!inProviderNamespace(instanceReference, fn))
         return;

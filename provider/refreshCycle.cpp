@@ -9,6 +9,7 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include "exceptionBarrier.h"
 #include "processFlags.h"
 #include "refreshSleep.h"
 
@@ -64,9 +65,13 @@ int VexaProvider::buildAllVexaInstanceList(int force) {
     ts_log(0, "VexaProvider::buildAllVexaInstanceListz", "buildNodeInstanceList\n");
     buildNodeInstanceList();
     ts_log(0, fn, "buildFileSystemInstanceList\n");
-    buildFileSystemInstanceList();
+    const bool fileSystemListsRebuilt = buildFileSystemInstanceList() == 0;
     ts_log(0, fn, "buildFreeDiskInstanceList\n");
-    buildFreeDiskInstanceList();
+    // The free disks are appended to the disk list and their servers to the
+    // disk-server list, which only a successful file-system rebuild clears:
+    // after a failed one the kept lists already hold them.
+    if (fileSystemListsRebuilt)
+        buildFreeDiskInstanceList();
     ts_log(0, fn, "buildDiskAccessAssoicationList\n");
     buildDiskAccessAssociationList();
     // The RAID element lists follow their inventory files from pass to pass.
@@ -286,6 +291,39 @@ int VexaProvider::buildFileSystemPerfInstanceList() {
     return poolFailed ? 1 : 0;
 }
 
+namespace {
+
+// One wake-up of the refresh thread after its sleep.
+void refreshOnce() {
+    // The provider may have been terminated while the thread slept.
+    VexaProvider* provider = loadFlag(theVexaProvider);
+    if (provider == 0 || provider->pollingHandler == 0) {
+        return;
+    }
+    if (provider->pollingHandler->getDaemonState() == DAEMON_NOT_RUNNING) {
+        ts_log(0, "VexaProvider::refreshThread", "daemon is not running...back to sleep\n");
+        return;
+    }
+    if (loadFlag(NeedEventHandler)) {
+        ts_log(0, "VexaProvider::refreshThread", "init event handler\n");
+        // Cleared before the restart, not after: a stream that ends at
+        // once raises the flag again, and that request must not be lost.
+        storeFlag(NeedEventHandler, false);
+        provider->initEventHandler();
+    }
+    ts_log(0, "VexaProvider::refreshThread", "refresh global node list\n");
+
+    // Provider lock first, polling lock second, as everywhere else.
+    {
+        CacheWriteLock lock(*provider);
+        PollingLock polling(provider->pollingHandler);
+        provider->pollingHandler->refreshClusterRecipe(1);
+    }
+    ts_log(0, "VexaProvider::refreshThread", "Exit refresh thread.\n");
+}
+
+} // namespace
+
 void* VexaProvider::refreshThread(void*) {
     while (loadFlag(KeepRunning) != 0) {
         ts_log(0, "VexaProvider::refreshThread", "Going to sleep!\n");
@@ -295,32 +333,8 @@ void* VexaProvider::refreshThread(void*) {
             break;
         }
         ts_log(0, "VexaProvider::refreshThread", "Enter refresh state.\n");
-
-        // The provider may have been terminated while the thread slept.
-        VexaProvider* provider = loadFlag(theVexaProvider);
-        if (provider == 0 || provider->pollingHandler == 0) {
-            continue;
-        }
-        if (provider->pollingHandler->getDaemonState() == DAEMON_NOT_RUNNING) {
-            ts_log(0, "VexaProvider::refreshThread", "daemon is not running...back to sleep\n");
-            continue;
-        }
-        if (loadFlag(NeedEventHandler)) {
-            ts_log(0, "VexaProvider::refreshThread", "init event handler\n");
-            // Cleared before the restart, not after: a stream that ends at
-            // once raises the flag again, and that request must not be lost.
-            storeFlag(NeedEventHandler, false);
-            provider->initEventHandler();
-        }
-        ts_log(0, "VexaProvider::refreshThread", "refresh global node list\n");
-
-        // Provider lock first, polling lock second, as everywhere else.
-        {
-            CacheWriteLock lock(*provider);
-            PollingLock polling(provider->pollingHandler);
-            provider->pollingHandler->refreshClusterRecipe(1);
-        }
-        ts_log(0, "VexaProvider::refreshThread", "Exit refresh thread.\n");
+        // A failed wake-up is logged; the thread sleeps and tries again.
+        containFailure("VexaProvider::refreshThread", refreshOnce);
     }
     pthread_exit(0);
     return 0;

@@ -178,7 +178,11 @@ int PollingHandler::createFileSet(FileSet fileset, std::string* message, bool no
     setLinked(set, "");
     set.owner = "root";
     set.group = "root";
+    op.beginChange();
     fs->filesets.push_back(set);
+    if (int rc = op.commitChange()) {
+        return rc;
+    }
     op.say("Fileset %s created with id %lu root inode %s.", name.c_str(), nextId, r.rootInode);
     return MGMT_OK;
 }
@@ -212,6 +216,7 @@ int PollingHandler::deleteFileSet(FileSet fileset, bool force, std::string* mess
                        "Fileset %s is linked at %s; unlink it first or force the deletion.",
                        name.c_str(), set->record.path);
     }
+    op.beginChange();
     for (auto it = fs->quotas.begin(); it != fs->quotas.end();) {
         if (it->type == MGMT_QUOTA_FILESET && it->entityName == name) {
             it = fs->quotas.erase(it);
@@ -220,6 +225,9 @@ int PollingHandler::deleteFileSet(FileSet fileset, bool force, std::string* mess
         }
     }
     fs->filesets.erase(fs->filesets.begin() + (set - fs->filesets.data()));
+    if (int rc = op.commitChange()) {
+        return rc;
+    }
     op.say("Fileset %s deleted.", name.c_str());
     return MGMT_OK;
 }
@@ -263,6 +271,7 @@ int PollingHandler::editFileset(const char* fsName, const char* targetType, cons
         }
     }
     std::string oldName = set->record.name;
+    op.beginChange();
     if (newName != nullptr && oldName != newName) {
         if (int rc = checkNewName(op, newName)) {
             return rc;
@@ -279,6 +288,9 @@ int PollingHandler::editFileset(const char* fsName, const char* targetType, cons
     }
     if (newComment != nullptr) {
         copyText(set->record.comment, comment);
+    }
+    if (int rc = op.commitChange()) {
+        return rc;
     }
     op.say("Fileset %s changed.", oldName.c_str());
     return MGMT_OK;
@@ -328,7 +340,11 @@ int PollingHandler::linkFileSet(FileSet fileset, std::string* message) {
         return op.fail(MGMT_E_JUNCTION_IN_USE, "Fileset %s is already linked at %s.",
                        other->record.name, path.c_str());
     }
+    op.beginChange();
     setLinked(*set, path);
+    if (int rc = op.commitChange()) {
+        return rc;
+    }
     op.say("Fileset %s linked at %s.", name.c_str(), path.c_str());
     return MGMT_OK;
 }
@@ -358,7 +374,11 @@ int PollingHandler::unlinkFileSet(const char* fsName, const char* nameOrPath, bo
     if (!set->record.linked) {
         return op.fail(MGMT_E_FILESET_UNLINKED, "Fileset %s is not linked.", set->record.name);
     }
+    op.beginChange();
     setLinked(*set, "");
+    if (int rc = op.commitChange()) {
+        return rc;
+    }
     op.say("Fileset %s unlinked%s.", set->record.name, force ? " (forced)" : "");
     return MGMT_OK;
 }

@@ -162,6 +162,7 @@ int changeConfig(const std::string& arguments) {
             clusterChanges.push_back(clusterChange);
         }
     }
+    op.beginChange();
     for (SimNode* node : targets) {
         for (const NodeChange& change : nodeChanges) {
             change(node->info);
@@ -169,6 +170,9 @@ int changeConfig(const std::string& arguments) {
     }
     for (const auto& change : clusterChanges) {
         change(model.header);
+    }
+    if (int rc = op.commitChange()) {
+        return rc;
     }
     op.say("qzchconfig: %s applied to %zu node(s).", arguments.c_str(), targets.size());
     return 0;

@@ -2,6 +2,7 @@
 
 #include "FaultTable.h"
 #include "SimState.h"
+#include "StateFile.h"
 
 #include <qzantras/MgmtTypes.h>
 #include <qzantras/ts_log.h>
@@ -57,6 +58,30 @@ int OpScope::fail(int code, const char* format, ...) {
         message_->append("\n");
     }
     return code;
+}
+
+void OpScope::beginChange() {
+    if (!stateFilePath().empty()) {
+        undo_.reset(new ClusterModel(*model_));
+    }
+}
+
+int OpScope::commitChange() {
+    const std::string path = stateFilePath();
+    if (path.empty() || undo_ == nullptr) {
+        return 0;
+    }
+    std::string error;
+    if (FaultTable::instance().take("saveState") != 0) {
+        error = path + ": injected failure";
+    } else if (SimState::instance().saveState(path, *model_, &error)) {
+        undo_.reset();
+        return 0;
+    }
+    *model_ = std::move(*undo_);
+    undo_.reset();
+    return fail(MGMT_E_STATE_WRITE, "The change could not be saved and was not made: %s",
+                error.c_str());
 }
 
 void OpScope::say(const char* format, ...) {

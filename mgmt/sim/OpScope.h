@@ -8,6 +8,7 @@
 
 #include "SimModel.h"
 
+#include <memory>
 #include <mutex>
 #include <string>
 
@@ -25,6 +26,13 @@ public:
 
     // Records a failure: log line (level 1) and message text. Returns code.
     int fail(int code, const char* format, ...) __attribute__((format(printf, 3, 4)));
+    // Brackets the change of the model, once every check has passed: when a
+    // state file is kept, commitChange writes the changed model through to
+    // it and, when that fails, puts the model back as it was before
+    // beginChange and returns MGMT_E_STATE_WRITE. 0 when the change stands.
+    void beginChange();
+    int commitChange();
+
     // Output of a successful change for the caller's message.
     void say(const char* format, ...) __attribute__((format(printf, 2, 3)));
 
@@ -33,6 +41,7 @@ private:
     std::string* message_;
     std::unique_lock<std::mutex> lock_;
     ClusterModel* model_ = nullptr;
+    std::unique_ptr<ClusterModel> undo_;
     int status_ = 0;
 };
 

@@ -61,11 +61,15 @@ int PollingHandler::changeOwnerAndOrGroup(FileOrDirOwner target) {
     if (!group.empty() && op.model().findGroup(group) == nullptr) {
         return op.fail(MGMT_E_NO_ENTITY, "Unknown group %s.", group.c_str());
     }
+    op.beginChange();
     if (!owner.empty()) {
         set->owner = owner;
     }
     if (!group.empty()) {
         set->group = group;
+    }
+    if (int rc = op.commitChange()) {
+        return rc;
     }
     op.say("Owner of %s is now %s:%s.", set->record.path, set->owner.c_str(), set->group.c_str());
     return MGMT_OK;
@@ -85,8 +89,12 @@ int PollingHandler::changeFileOrDirOwnership(FileOrDirOwner source, FileOrDirOwn
     if (int rc = junctionOf(op, target, "target", &to)) {
         return rc;
     }
+    op.beginChange();
     to->owner = from->owner;
     to->group = from->group;
+    if (int rc = op.commitChange()) {
+        return rc;
+    }
     op.say("Owner of %s set to %s:%s from %s.", to->record.path, to->owner.c_str(),
            to->group.c_str(), from->record.path);
     return MGMT_OK;
@@ -109,7 +117,11 @@ int PollingHandler::changeFileOrDirACL(FileOrDirOwner source, FileOrDirOwner tar
     if (int rc = junctionOf(op, target, "target", &to)) {
         return rc;
     }
+    op.beginChange();
     to->acl = from->acl;
+    if (int rc = op.commitChange()) {
+        return rc;
+    }
     op.say("ACL of %s copied from %s.", to->record.path, from->record.path);
     return MGMT_OK;
 }

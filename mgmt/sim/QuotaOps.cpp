@@ -171,10 +171,14 @@ int PollingHandler::editQuota(const char* fsOrMountPoint, const char* entityType
         return op.fail(MGMT_E_BAD_LIMITS, "File soft limit %llu is above the hard limit %llu.",
                        updated.filesQuota, updated.filesLimit);
     }
+    op.beginChange();
     if (existing != nullptr) {
         *existing = updated;
     } else {
         fs->quotas.push_back(updated);
+    }
+    if (int rc = op.commitChange()) {
+        return rc;
     }
     op.say("Quota of %s %s in file system %s changed.", kindName(kind), name.c_str(),
            fs->info.name);

@@ -29,7 +29,7 @@ int install(const std::string& text, const std::string& source, const std::strin
         }
         return MGMT_E_MODEL_LOAD;
     }
-    SimState::instance().install(std::move(model), source, file);
+    SimState::instance().install(std::move(model), source, file, text);
     return MGMT_OK;
 }
 

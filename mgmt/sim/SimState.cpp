@@ -3,11 +3,13 @@
 #include "DemoModel.h"
 #include "FaultTable.h"
 #include "ModelLoader.h"
+#include "StateFile.h"
 
 #include <qzantras/ts_log.h>
 
 #include <cstdlib>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace qzsim {
 
@@ -25,13 +27,15 @@ SimState& SimState::instance() {
     return state;
 }
 
-void SimState::install(ClusterModel model, const std::string& source, const std::string& file) {
+void SimState::install(ClusterModel model, const std::string& source, const std::string& file,
+                       const std::string& text) {
     std::vector<InjectedFault> faults = model.faults;
     {
         std::lock_guard<std::mutex> lock(mutex_);
         model_.reset(new ClusterModel(std::move(model)));
         source_ = source;
         file_ = file;
+        text_ = text;
         fileStamp_ = file.empty() ? 0 : fileStamp(file);
     }
     for (const InjectedFault& f : faults) {
@@ -44,6 +48,7 @@ void SimState::drop() {
     model_.reset();
     source_.clear();
     file_.clear();
+    text_.clear();
     fileStamp_ = 0;
 }
 
@@ -52,7 +57,38 @@ bool SimState::loaded() {
     return model_ != nullptr;
 }
 
+bool SimState::saveState(const std::string& path, const ClusterModel& model, std::string* error) {
+    std::string text;
+    try {
+        text = stateText(text_, model);
+    } catch (const std::exception& e) {
+        *error = std::string("cannot write the model as a document: ") + e.what();
+        return false;
+    }
+    return writeFileAtomically(path, text, error);
+}
+
+int SimState::loadState(const std::string& path) {
+    std::string text, error;
+    ClusterModel model;
+    if (!readFileText(path, &text, &error) || !loadModel(text, path, &model, &error)) {
+        ts_log(2, "PollingHandler::init", "cannot load cluster state: %s\n", error.c_str());
+        return MGMT_E_MODEL_LOAD;
+    }
+    // A later change of the model file still replaces the cluster.
+    const char* file = std::getenv("QZSIM_CLUSTER_MODEL");
+    install(std::move(model), path, file != nullptr ? file : "", text);
+    ts_log(0, "PollingHandler::init", "cluster state loaded from %s\n", path.c_str());
+    return MGMT_OK;
+}
+
 int SimState::loadInitial() {
+    // The state file holds the model as the last change left it; it wins
+    // over any other source of the model.
+    const std::string state = stateFilePath();
+    if (!state.empty() && access(state.c_str(), F_OK) == 0) {
+        return loadState(state);
+    }
     if (loaded()) {
         return MGMT_OK;
     }
@@ -72,7 +108,7 @@ int SimState::loadInitial() {
         ts_log(2, "PollingHandler::init", "cannot load cluster model: %s\n", error.c_str());
         return MGMT_E_MODEL_LOAD;
     }
-    install(std::move(model), source, file != nullptr && *file != '\0' ? file : "");
+    install(std::move(model), source, file != nullptr && *file != '\0' ? file : "", text);
     ts_log(0, "PollingHandler::init", "cluster model loaded from %s\n", source.c_str());
     return MGMT_OK;
 }
@@ -95,9 +131,18 @@ int SimState::reloadIfChanged() {
         fileStamp_ = fileStamp(file_); // report a broken file once, not at every refresh
         return MGMT_E_MODEL_LOAD;
     }
-    install(std::move(model), file, file);
+    install(std::move(model), file, file, text);
     ts_log(1, "PollingHandler::refreshClusterRecipe", "cluster model reloaded from %s\n",
            file.c_str());
+    // The cluster was replaced as a whole; a restart must show the new one.
+    const std::string state = stateFilePath();
+    if (!state.empty()) {
+        std::lock_guard<std::mutex> lock(mutex_);
+        if (!saveState(state, *model_, &error)) {
+            ts_log(2, "PollingHandler::refreshClusterRecipe", "cluster state not saved: %s\n",
+                   error.c_str());
+        }
+    }
     return MGMT_OK;
 }
 

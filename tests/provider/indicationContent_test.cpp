@@ -1,8 +1,10 @@
 // The paths an indication carries for the stored elements its event names,
 // and the cache lock their look-ups take.
+#include <atomic>
 #include <chrono>
 #include <cstring>
 #include <future>
+#include <stdexcept>
 
 #include "indicationInstance.h"
 #include "lockGuards.h"
@@ -78,6 +80,38 @@ TEST_F(IndicationContentTest, OnlyLookUpsWaitForTheCacheLock) {
     storeFlag(theVexaProvider, static_cast<VexaProvider*>(0));
     EXPECT_EQ(text(createVexaIndicationInstance(VEXA_IND_MOUNT, &e, 0), "vexaNodeInstancePath"),
               "<missing vexaNodeInstancePath>");
+}
+
+// A delivery that throws loses its indication, not the event stream; and
+// the server may release a handler once complete() returns, so a delivery
+// under way when indications are disabled holds complete() back.
+TEST_F(IndicationContentTest, DisablingWaitsForADeliveryUnderWay) {
+    start(SMALL_CLUSTER);
+    struct SlowHandler : RecordingIndicationHandler {
+        using RecordingIndicationHandler::deliver;
+        std::promise<void> entered, release;
+        std::atomic<int> attempts{0};
+        std::atomic<bool> returned{false}, completedEarly{false};
+        void deliver(const CIMIndication&) override {
+            if (attempts++ == 0)
+                throw std::runtime_error("listener gone");
+            entered.set_value();
+            release.get_future().wait();
+            returned = true;
+        }
+        void complete() override { completedEarly = !returned; }
+    } handler;
+    provider->enableIndications(handler);
+    for (const char* type : {"mount", "unmount"})
+        qzsim::postEvent(qzsim::eventFromJson(std::string(R"({"type": ")") + type +
+                                              R"(", "node": "n1", "fs": "data0"})"));
+    handler.entered.get_future().wait();
+    std::future<void> disabled =
+        std::async(std::launch::async, [&] { provider->disableIndications(); });
+    EXPECT_EQ(disabled.wait_for(std::chrono::milliseconds(100)), std::future_status::timeout);
+    handler.release.set_value();
+    disabled.get();
+    EXPECT_FALSE(handler.completedEarly);
 }
 
 } // namespace

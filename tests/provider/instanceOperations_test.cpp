@@ -1,5 +1,7 @@
 // The instance read operations as a client meets them: namespaces, classes
 // the cache does not serve, and look-ups that ignore host and namespace.
+#include <stdexcept>
+
 #include "readModelSupport.h"
 #include "smallClusterModels.h"
 
@@ -102,6 +104,25 @@ TEST_F(InstanceOperationsTest, GetInstanceRebuildsPerformanceCountersWhateverThe
     ASSERT_EQ(provider->fileSystemPerfs.size(), 0u);
     get(enumerate("KOR_VEXA_Node")[0].getPath());
     EXPECT_EQ(provider->fileSystemPerfs.size(), 1u);
+}
+
+// A failure inside a request (here the handler's own, with a text that is
+// no UTF-8) reaches the server as a CIM error and leaves no lock held.
+TEST_F(InstanceOperationsTest, AFailureInsideARequestIsACimErrorAndReleasesTheLock) {
+    struct ThrowingHandler : RecordingInstanceHandler {
+        using RecordingInstanceHandler::deliver;
+        void deliver(const CIMInstance&) override { throw std::out_of_range("\xff index"); }
+    } throwing;
+    try {
+        provider->enumerateInstances(context, classPath("KOR_VEXA_Node"), false, false,
+                                     CIMPropertyList(), throwing);
+        ADD_FAILURE() << "no error";
+    } catch (const CIMException& e) {
+        EXPECT_EQ(e.getCode(), CIM_ERR_FAILED);
+        EXPECT_EQ(e.getMessage(), "? index");
+    }
+    ageCache();
+    EXPECT_EQ(enumerate("KOR_VEXA_Node").size(), 2u);
 }
 
 } // namespace

@@ -95,16 +95,22 @@ TEST_F(RefreshCycleTest, AFailingNodeUpdateKeepsTheCachedNodes) {
 
 TEST_F(RefreshCycleTest, AFailingFileSystemUpdateKeepsEveryFileSystemList) {
     start(SMALL_CLUSTER);
-    const char* lists[] = {"KOR_VEXA_FileSystem", "KOR_VEXA_StoragePool", "KOR_VEXA_Fileset",
-                           "KOR_VEXA_Mounted", "KOR_VEXA_StorageComponent"};
+    const char* lists[] = {"KOR_VEXA_FileSystem", "KOR_VEXA_StoragePool",      "KOR_VEXA_Fileset",
+                           "KOR_VEXA_Mounted",    "KOR_VEXA_StorageComponent", "KOR_VEXA_NSD",
+                           "KOR_VEXA_FreeNSD",    "KOR_VEXA_NodeServingNSD"};
     std::vector<Uint32> before;
     for (const char* className : lists)
         before.push_back(enumerate(className).size());
 
-    qzsim::failOperation("updateFilesystemInfo", 5, 1);
-    ageCache();
-    for (size_t i = 0; i < std::size(lists); i++)
-        EXPECT_EQ(enumerate(lists[i]).size(), before[i]) << lists[i];
+    // Two failed passes in a row: the free disks and their servers are not
+    // appended again to the kept lists.
+    qzsim::failOperation("updateFilesystemInfo", 5, 2);
+    for (int pass = 0; pass < 2; pass++) {
+        ageCache();
+        for (size_t i = 0; i < std::size(lists); i++)
+            EXPECT_EQ(enumerate(lists[i]).size(), before[i]) << lists[i] << " pass " << pass;
+    }
+    EXPECT_EQ(qzsim::injectedFailures("updateFilesystemInfo"), 2);
 }
 
 TEST_F(RefreshCycleTest, AClusterWithoutFileSystemsClearsTheirListsButKeepsAccounts) {

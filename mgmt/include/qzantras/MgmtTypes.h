@@ -38,7 +38,8 @@ enum MgmtError {
     MGMT_E_UNKNOWN_ATTRIBUTE = 20, // a configuration attribute the library does not know
     MGMT_E_NO_NODE = 21,           // unknown node
     MGMT_E_BAD_VALUE = 22,         // an attribute value that does not parse or is out of range
-    MGMT_E_INTERNAL = 23           // the library itself failed (out of memory)
+    MGMT_E_INTERNAL = 23,          // the library itself failed (out of memory)
+    MGMT_E_STATE_WRITE = 24        // the change could not be saved to the state file; nothing changed
 };
 
 // File-system daemon states reported by PollingHandler::getDaemonState().
