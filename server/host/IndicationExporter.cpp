@@ -36,6 +36,10 @@ struct IndicationExporter::Listener {
     std::mutex stopMutex;
     std::condition_variable stopSignal;
     bool stopping = false;
+    // The sender's client while it exists, so that stopping can cut a
+    // request to a listener that does not answer.
+    httplib::Client* client = nullptr;
+    bool senderEnded = false;
 
     std::atomic<uint64_t> delivered{0};
     std::atomic<uint64_t> failed{0};
@@ -99,6 +103,18 @@ void IndicationExporter::deliver(const OperationContext&, const Array<CIMIndicat
 
 void IndicationExporter::send(Listener& listener) {
     httplib::Client client(listener.url.host, listener.url.port);
+    {
+        std::lock_guard<std::mutex> lock(listener.stopMutex);
+        listener.client = &client;
+    }
+    sendQueued(listener, client);
+    std::lock_guard<std::mutex> lock(listener.stopMutex);
+    listener.client = nullptr;
+    listener.senderEnded = true;
+    listener.stopSignal.notify_all();
+}
+
+void IndicationExporter::sendQueued(Listener& listener, httplib::Client& client) {
     client.set_connection_timeout(settings_.timeout);
     client.set_read_timeout(settings_.timeout);
     client.set_write_timeout(settings_.timeout);
@@ -151,7 +167,8 @@ void IndicationExporter::send(Listener& listener) {
     }
 }
 
-void IndicationExporter::stop(std::chrono::milliseconds drain) {
+void IndicationExporter::stop(std::chrono::milliseconds drain,
+                              std::chrono::milliseconds giveUpAfter) {
     accepting_ = false;
     auto deadline = std::chrono::steady_clock::now() + drain;
     for (auto& listener : listeners_) {
@@ -163,16 +180,33 @@ void IndicationExporter::stop(std::chrono::milliseconds drain) {
         {
             std::lock_guard<std::mutex> lock(listener->stopMutex);
             listener->stopping = true;
+            if (listener->client != nullptr) {
+                listener->client->stop();
+            }
         }
         listener->stopSignal.notify_all();
         size_t left = listener->queue.clear();
         listener->dropped += left;
         listener->queue.close();
     }
+    bool waitForever = giveUpAfter == std::chrono::milliseconds::max();
+    auto giveUp = std::chrono::steady_clock::now() +
+                  (waitForever ? std::chrono::milliseconds(0) : giveUpAfter);
     for (auto& listener : listeners_) {
-        if (listener->sender.joinable()) {
-            listener->sender.join();
+        if (!listener->sender.joinable()) {
+            continue;
         }
+        if (!waitForever) {
+            std::unique_lock<std::mutex> lock(listener->stopMutex);
+            if (!listener->stopSignal.wait_until(lock, giveUp,
+                                                 [&] { return listener->senderEnded; })) {
+                // Still connecting to a listener that does not answer; the
+                // process is about to end and takes the thread with it.
+                listener->sender.detach();
+                continue;
+            }
+        }
+        listener->sender.join();
     }
 }
 
