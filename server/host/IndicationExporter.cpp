@@ -80,8 +80,9 @@ void IndicationExporter::deliver(const CIMIndication& indication) {
         if (!listener->queue.push(body)) {
             uint64_t dropped = ++listener->dropped;
             if (shouldLog(dropped)) {
-                logLine("indication for " + listener->url.text + " dropped: its queue is full (" +
-                        std::to_string(dropped) + " dropped so far)");
+                logLine("indication for " + loggable(listener->url.text) +
+                        " dropped: its queue is full (" + std::to_string(dropped) +
+                        " dropped so far)");
             }
         }
     }
@@ -131,6 +132,7 @@ void IndicationExporter::sendQueued(Listener& listener, httplib::Client& client)
         }
         std::string problem;
         bool sent = false;
+        int attempts = 0;
         for (int attempt = 1; attempt <= settings_.attempts && !sent; ++attempt) {
             if (attempt > 1) {
                 std::unique_lock<std::mutex> lock(listener.stopMutex);
@@ -139,6 +141,7 @@ void IndicationExporter::sendQueued(Listener& listener, httplib::Client& client)
                     break;
                 }
             }
+            attempts = attempt;
             httplib::Result result =
                 client.Post(listener.url.path, headers, body, "application/xml; charset=\"utf-8\"");
             if (!result) {
@@ -158,9 +161,10 @@ void IndicationExporter::sendQueued(Listener& listener, httplib::Client& client)
         } else {
             uint64_t failed = ++listener.failed;
             if (shouldLog(failed)) {
-                logLine("cannot deliver an indication to " + listener.url.text + ": " + problem +
-                        "; given up after " + std::to_string(settings_.attempts) + " attempts (" +
-                        std::to_string(failed) + " given up so far)");
+                logLine("cannot deliver an indication to " + loggable(listener.url.text) + ": " +
+                        problem + "; given up after " + std::to_string(attempts) +
+                        (attempts == 1 ? " attempt (" : " attempts (") + std::to_string(failed) +
+                        " given up so far)");
             }
         }
         listener.queue.finished();

@@ -452,9 +452,10 @@ int main(int argc, char* argv[]) {
             stopStarted + INDICATIONS_DRAIN_UNTIL - std::chrono::steady_clock::now());
         exporter->stop(std::max(drainLeft, std::chrono::milliseconds(0)), LISTENERS_GIVEN_UP_AFTER);
         for (const ListenerCounts& counts : exporter->counts()) {
-            logLine("indications to " + counts.url + ": " + std::to_string(counts.delivered) +
-                    " delivered, " + std::to_string(counts.failed) + " given up, " +
-                    std::to_string(counts.dropped) + " dropped");
+            logLine("indications to " + loggable(counts.url) + ": " +
+                    std::to_string(counts.delivered) + " delivered, " +
+                    std::to_string(counts.failed) + " given up, " + std::to_string(counts.dropped) +
+                    " dropped");
         }
     }
     if (providerIdle) {
