@@ -63,7 +63,7 @@ public:
                  const Pegasus::Array<Pegasus::CIMIndication>& indications) override;
 
     // Gives the senders up to `drain` to empty their queues, then stops them
-    // (cutting a request in progress) and drops what is left. A sender not
+    // and drops what is left. A sender not
     // ended `giveUpAfter` from the call is left running, detached: only for
     // a process about to end, as the exporter must then never be destroyed.
     // Safe to call twice.
