@@ -53,8 +53,8 @@ constexpr size_t HEADER_ALLOWANCE = 64 * 1024;
 // until the second mark, and waiting for a listener that does not answer
 // until the third; then the process ends.
 constexpr std::chrono::milliseconds REQUESTS_END_WITHIN{1000};
-constexpr std::chrono::milliseconds INDICATIONS_DRAIN_UNTIL{1300};
-constexpr std::chrono::milliseconds LISTENERS_GIVEN_UP_AFTER{300};
+constexpr std::chrono::milliseconds INDICATIONS_DRAIN_UNTIL{1100};
+constexpr std::chrono::milliseconds LISTENERS_GIVEN_UP_AFTER{200};
 
 std::string programDirectory() {
     char path[PATH_MAX];
