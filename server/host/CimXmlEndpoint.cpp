@@ -48,8 +48,10 @@ void refuse(const httplib::Request& request, httplib::Response& response, int st
     if (closeConnection) {
         response.set_header("Connection", "close");
     }
-    logLine("refused " + request.method + " " + request.path + " from " + request.remote_addr +
-            " with " + std::to_string(status) + ": " + reason);
+    // Only the method, path and reason: never a header or the body, where
+    // the credentials are.
+    logLine("refused " + loggable(request.method, 20) + " " + loggable(request.path) + " from " +
+            request.remote_addr + " with " + std::to_string(status) + ": " + reason);
 }
 
 // The host name the client used, without the port.
@@ -94,9 +96,10 @@ bool acceptableContentType(const std::string& value) {
     return true;
 }
 
-// The user named by valid Basic credentials; empty optional otherwise.
-std::optional<std::string> authenticatedUser(const httplib::Request& request,
-                                             const AuthFile& auth) {
+// The user named by valid Basic credentials; empty optional otherwise,
+// with the user name tried, if any, in `tried`.
+std::optional<std::string> authenticatedUser(const httplib::Request& request, const AuthFile& auth,
+                                             std::string& tried) {
     std::string value = trimmed(request.get_header_value("Authorization"));
     size_t space = value.find(' ');
     if (space == std::string::npos || !sameText(value.substr(0, space), "Basic")) {
@@ -112,6 +115,7 @@ std::optional<std::string> authenticatedUser(const httplib::Request& request,
         return std::nullopt;
     }
     std::string user = credential->substr(0, colon);
+    tried = user;
     if (!auth.check(user, credential->substr(colon + 1))) {
         return std::nullopt;
     }
@@ -232,20 +236,60 @@ void CimXmlEndpoint::install(httplib::Server& server) const {
     });
 }
 
+bool CimXmlEndpoint::refusedForEarlierFailures(const httplib::Request& request,
+                                               httplib::Response& response) const {
+    if (settings_.loginThrottle == nullptr) {
+        return false;
+    }
+    std::chrono::milliseconds wait =
+        settings_.loginThrottle->waitLeft(request.remote_addr, LoginThrottle::Clock::now());
+    if (wait.count() == 0) {
+        return false;
+    }
+    std::string seconds = std::to_string((wait.count() + 999) / 1000);
+    refuse(request, response, 429, "", false,
+           "too many failed logins from this address; try again in " + seconds + " s");
+    response.set_header("Retry-After", seconds);
+    return true;
+}
+
+void CimXmlEndpoint::noteFailedLogin(const httplib::Request& request,
+                                     const std::string& user) const {
+    logLine("failed login" +
+            (user.empty() ? std::string(" with unreadable credentials")
+                          : " as user '" + loggable(user, 64) + "'") +
+            " from " + request.remote_addr);
+    if (settings_.loginThrottle != nullptr) {
+        settings_.loginThrottle->failed(request.remote_addr, LoginThrottle::Clock::now());
+    }
+}
+
 void CimXmlEndpoint::handlePost(const httplib::Request& request,
                                 httplib::Response& response) const {
     try {
         Caller caller;
         caller.hostInAnswer = hostOfRequest(request, settings_.systemName);
         if (settings_.auth != nullptr) {
-            std::optional<std::string> user = authenticatedUser(request, *settings_.auth);
+            if (refusedForEarlierFailures(request, response)) {
+                return;
+            }
+            std::string tried;
+            std::optional<std::string> user = authenticatedUser(request, *settings_.auth, tried);
             if (!user) {
+                // A request without credentials is the usual first step of a
+                // client that logs in when challenged, not a failure.
+                if (request.has_header("Authorization")) {
+                    noteFailedLogin(request, tried);
+                }
                 refuse(request, response, 401, "", false,
                        "missing or wrong credentials (this server has users; log in with HTTP "
                        "Basic)");
                 response.set_header("WWW-Authenticate",
                                     "Basic realm=\"" + caller.hostInAnswer + "\"");
                 return;
+            }
+            if (settings_.loginThrottle != nullptr) {
+                settings_.loginThrottle->succeeded(request.remote_addr);
             }
             caller.user = *user;
         }

@@ -36,6 +36,7 @@ struct IndicationExporter::Listener {
     std::mutex stopMutex;
     std::condition_variable stopSignal;
     bool stopping = false;
+    bool senderEnded = false;
 
     std::atomic<uint64_t> delivered{0};
     std::atomic<uint64_t> failed{0};
@@ -76,8 +77,9 @@ void IndicationExporter::deliver(const CIMIndication& indication) {
         if (!listener->queue.push(body)) {
             uint64_t dropped = ++listener->dropped;
             if (shouldLog(dropped)) {
-                logLine("indication for " + listener->url.text + " dropped: its queue is full (" +
-                        std::to_string(dropped) + " dropped so far)");
+                logLine("indication for " + loggable(listener->url.text) +
+                        " dropped: its queue is full (" + std::to_string(dropped) +
+                        " dropped so far)");
             }
         }
     }
@@ -98,7 +100,17 @@ void IndicationExporter::deliver(const OperationContext&, const Array<CIMIndicat
 }
 
 void IndicationExporter::send(Listener& listener) {
+    // httplib::Client::stop() would cut a request in flight, but from another
+    // thread it unlocks a mutex it never locked (ThreadSanitizer); a sender
+    // that does not end in time is left to the process's end instead.
     httplib::Client client(listener.url.host, listener.url.port);
+    sendQueued(listener, client);
+    std::lock_guard<std::mutex> lock(listener.stopMutex);
+    listener.senderEnded = true;
+    listener.stopSignal.notify_all();
+}
+
+void IndicationExporter::sendQueued(Listener& listener, httplib::Client& client) {
     client.set_connection_timeout(settings_.timeout);
     client.set_read_timeout(settings_.timeout);
     client.set_write_timeout(settings_.timeout);
@@ -115,6 +127,7 @@ void IndicationExporter::send(Listener& listener) {
         }
         std::string problem;
         bool sent = false;
+        int attempts = 0;
         for (int attempt = 1; attempt <= settings_.attempts && !sent; ++attempt) {
             if (attempt > 1) {
                 std::unique_lock<std::mutex> lock(listener.stopMutex);
@@ -123,6 +136,7 @@ void IndicationExporter::send(Listener& listener) {
                     break;
                 }
             }
+            attempts = attempt;
             httplib::Result result =
                 client.Post(listener.url.path, headers, body, "application/xml; charset=\"utf-8\"");
             if (!result) {
@@ -142,16 +156,18 @@ void IndicationExporter::send(Listener& listener) {
         } else {
             uint64_t failed = ++listener.failed;
             if (shouldLog(failed)) {
-                logLine("cannot deliver an indication to " + listener.url.text + ": " + problem +
-                        "; given up after " + std::to_string(settings_.attempts) + " attempts (" +
-                        std::to_string(failed) + " given up so far)");
+                logLine("cannot deliver an indication to " + loggable(listener.url.text) + ": " +
+                        problem + "; given up after " + std::to_string(attempts) +
+                        (attempts == 1 ? " attempt (" : " attempts (") + std::to_string(failed) +
+                        " given up so far)");
             }
         }
         listener.queue.finished();
     }
 }
 
-void IndicationExporter::stop(std::chrono::milliseconds drain) {
+void IndicationExporter::stop(std::chrono::milliseconds drain,
+                              std::chrono::milliseconds giveUpAfter) {
     accepting_ = false;
     auto deadline = std::chrono::steady_clock::now() + drain;
     for (auto& listener : listeners_) {
@@ -169,10 +185,24 @@ void IndicationExporter::stop(std::chrono::milliseconds drain) {
         listener->dropped += left;
         listener->queue.close();
     }
+    bool waitForever = giveUpAfter == std::chrono::milliseconds::max();
+    auto giveUp = std::chrono::steady_clock::now() +
+                  (waitForever ? std::chrono::milliseconds(0) : giveUpAfter);
     for (auto& listener : listeners_) {
-        if (listener->sender.joinable()) {
-            listener->sender.join();
+        if (!listener->sender.joinable()) {
+            continue;
         }
+        if (!waitForever) {
+            std::unique_lock<std::mutex> lock(listener->stopMutex);
+            if (!listener->stopSignal.wait_until(lock, giveUp,
+                                                 [&] { return listener->senderEnded; })) {
+                // Still connecting to a listener that does not answer; the
+                // process is about to end and takes the thread with it.
+                listener->sender.detach();
+                continue;
+            }
+        }
+        listener->sender.join();
     }
 }
 

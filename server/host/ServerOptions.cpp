@@ -66,6 +66,7 @@ bool isLoopbackAddress(const std::string& address) {
 
 ServerOptions parseServerOptions(int argc, const char* const argv[]) {
     ServerOptions options;
+    bool portGiven = false;
     for (int i = 1; i < argc; ++i) {
         std::string argument = argv[i];
         std::string name = argument;
@@ -98,6 +99,7 @@ ServerOptions parseServerOptions(int argc, const char* const argv[]) {
             options.help = true;
         } else if (name == "--listen") {
             parseListen(takeText(), options);
+            portGiven = true;
         } else if (name == "--port-file") {
             options.portFile = takeText();
         } else if (name == "--provider") {
@@ -118,6 +120,10 @@ ServerOptions parseServerOptions(int argc, const char* const argv[]) {
             options.eventSocket = takeText();
         } else if (name == "--inventory-dir") {
             options.inventoryDir = takeText();
+        } else if (name == "--tls-cert") {
+            options.tlsCertificate = takeText();
+        } else if (name == "--tls-key") {
+            options.tlsKey = takeText();
         } else if (name == "--auth-file") {
             options.authFile = takeText();
         } else if (name == "--workers") {
@@ -134,6 +140,12 @@ ServerOptions parseServerOptions(int argc, const char* const argv[]) {
             throw UsageError("unexpected argument '" + argument + "' (options start with --)");
         }
     }
+    if (options.tlsCertificate.empty() != options.tlsKey.empty()) {
+        throw UsageError("--tls-cert and --tls-key go together: give both to serve HTTPS");
+    }
+    if (!options.tlsCertificate.empty() && !portGiven) {
+        options.listenPort = 5989;
+    }
     if (!isLoopbackAddress(options.listenAddress) && options.authFile.empty()) {
         throw UsageError("--listen " + options.listenAddress +
                          " is reachable from other machines; give --auth-file FILE so that "
@@ -144,21 +156,26 @@ ServerOptions parseServerOptions(int argc, const char* const argv[]) {
 
 std::string serverUsage() {
     return R"(Usage: vexa-cimserver [OPTION]...
-Serves the VexaProvider CIM provider to WBEM clients over CIM-XML/HTTP.
+Serves the VexaProvider CIM provider to WBEM clients over CIM-XML/HTTP(S).
 With no options it serves the built-in demo cluster on 127.0.0.1:5988.
 
 Network:
-  --listen ADDR:PORT       address to serve on (default 127.0.0.1:5988; port 0
+  --listen ADDR:PORT       address to serve on (default 127.0.0.1:5988, with
+                           TLS 127.0.0.1:5989; port 0
                            picks a free port). An address other than loopback
                            needs --auth-file.
   --port-file FILE         write the port actually served on to FILE
+  --tls-cert FILE          serve HTTPS (only) with this PEM certificate (and its
+                           chain); the default port becomes 5989
+  --tls-key FILE           the certificate's PEM private key, without passphrase
   --auth-file FILE         require HTTP Basic authentication against FILE, lines
                            of "user:crypt-hash" (make them with vexa-tool passwd)
   --workers N              requests served at the same time (default 8)
   --max-request-bytes N    largest request body accepted (default 4194304)
   --max-xml-depth N        deepest XML element nesting accepted (default 64)
-  --timeout SECONDS        read and write time-out on client connections
-                           (default 10)
+  --timeout SECONDS        time a request may take to arrive in full, and
+                           each wait for a client to take its answer
+                           (default 10); idle connections close after 5 s
 
 Provider and simulated cluster:
   --provider PATH          provider library (default ../lib/libVexaProvider.so

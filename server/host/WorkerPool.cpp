@@ -44,6 +44,11 @@ void WorkerPool::shutdown() {
     workers_.clear();
 }
 
+size_t WorkerPool::waiting() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return tasks_.size();
+}
+
 void WorkerPool::work() {
     while (true) {
         std::function<void()> task;

@@ -13,6 +13,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -24,17 +25,19 @@
 #include <vector>
 
 #include "vexa/host/AuthFile.h"
+#include "vexa/host/CimHttpServer.h"
 #include "vexa/host/CimXmlEndpoint.h"
 #include "vexa/host/EventSocketPath.h"
 #include "vexa/host/ExclusivePort.h"
 #include "vexa/host/IndicationExporter.h"
+#include "vexa/host/LoginThrottle.h"
 #include "vexa/host/OperationDispatcher.h"
 #include "vexa/host/ProviderLibrary.h"
 #include "vexa/host/Registration.h"
 #include "vexa/host/ServedClasses.h"
 #include "vexa/host/ServerLog.h"
 #include "vexa/host/ServerOptions.h"
-#include "vexa/host/WorkerPool.h"
+#include "vexa/host/TlsContext.h"
 
 using namespace vexa::host;
 
@@ -42,6 +45,16 @@ namespace {
 
 constexpr int EXIT_USAGE = 2;
 const char* const PROVIDER_NAME = "VexaProvider";
+// Room for the request line and headers beside the largest body.
+constexpr size_t HEADER_ALLOWANCE = 64 * 1024;
+
+// Stopping must end within 2 s whatever the clients do: requests still in
+// the provider get this long to finish, delivering the indications left
+// until the second mark, and waiting for a listener that does not answer
+// until the third; then the process ends.
+constexpr std::chrono::milliseconds REQUESTS_END_WITHIN{1000};
+constexpr std::chrono::milliseconds INDICATIONS_DRAIN_UNTIL{1100};
+constexpr std::chrono::milliseconds LISTENERS_GIVEN_UP_AFTER{200};
 
 std::string programDirectory() {
     char path[PATH_MAX];
@@ -174,7 +187,8 @@ std::string servedModel(const ServerOptions& options) {
 void printBanner(const ServerOptions& options, int port, const std::string& providerPath,
                  const std::string& eventSocket, bool eventSocketOpen,
                  const std::string& inventory) {
-    std::string base = "http://" + urlHost(options.listenAddress) + ":" + std::to_string(port);
+    std::string scheme = options.tlsCertificate.empty() ? "http://" : "https://";
+    std::string base = scheme + urlHost(options.listenAddress) + ":" + std::to_string(port);
     std::cout << "vexa-cimserver: serving " << base << "/ (namespace root/cimv2)\n"
               << "  provider:      " << providerPath << "\n"
               << "  cluster model: " << servedModel(options) << "\n"
@@ -193,13 +207,16 @@ void printBanner(const ServerOptions& options, int port, const std::string& prov
     }
     std::string tryBase = base;
     if (!options.authFile.empty()) {
-        tryBase.insert(std::string("http://").size(), "USER:PASSWORD@");
+        tryBase.insert(scheme.size(), "USER:PASSWORD@");
         std::cout << "Try (USER and PASSWORD of a user of " << options.authFile << "):\n";
     } else {
         std::cout << "Try:\n";
     }
-    std::cout << "  wbemcli ei '" << tryBase << "/root/cimv2:KOR_VEXA_Cluster'\n"
-              << "  wbemcli ein '" << tryBase << "/root/cimv2:KOR_VEXA_Node'\n"
+    // wbemcli cannot be given the certificate to trust; -noverify is the way
+    // with a certificate of one's own making.
+    std::string noverify = options.tlsCertificate.empty() ? "" : "-noverify ";
+    std::cout << "  wbemcli " << noverify << "ei '" << tryBase << "/root/cimv2:KOR_VEXA_Cluster'\n"
+              << "  wbemcli " << noverify << "ein '" << tryBase << "/root/cimv2:KOR_VEXA_Node'\n"
               << "Stop with Ctrl-C." << std::endl;
 }
 
@@ -247,6 +264,15 @@ int main(int argc, char* argv[]) {
         }
     }
 
+    std::unique_ptr<TlsContext> tls;
+    if (!options.tlsCertificate.empty()) {
+        try {
+            tls = TlsContext::load(options.tlsCertificate, options.tlsKey);
+        } catch (const std::exception& error) {
+            failStart(error.what(), EXIT_USAGE);
+        }
+    }
+
     vexa::schema::SchemaRepository schema;
     try {
         schema = vexa::schema::SchemaRepository::builtIn();
@@ -269,17 +295,15 @@ int main(int argc, char* argv[]) {
                 "; requests for it are refused");
     }
 
-    httplib::Server server;
-    server.new_task_queue = [&options] {
-        return new WorkerPool(options.workers, options.workers * 4);
-    };
+    ConnectionLimits limits;
+    limits.requestTimeout = std::chrono::seconds(options.timeoutSeconds);
+    limits.writeTimeout = std::chrono::seconds(options.timeoutSeconds);
+    limits.maxRequestBytes = options.maxRequestBytes + HEADER_ALLOWANCE;
+    CimHttpServer server(options.workers, limits, tls ? tls->get() : nullptr);
     server.set_payload_max_length(options.maxRequestBytes);
-    server.set_read_timeout(options.timeoutSeconds, 0);
-    server.set_write_timeout(options.timeoutSeconds, 0);
-    server.set_keep_alive_timeout(5);
-    // Headers and body leave in separate writes; without this a small answer
-    // waits for the client's delayed acknowledgement.
-    server.set_tcp_nodelay(true);
+    // Announced in the Keep-Alive header; the wait itself is the limits'.
+    server.set_keep_alive_timeout(
+        std::chrono::duration_cast<std::chrono::seconds>(limits.idleTimeout).count());
     useExclusivePort(server);
 
     int port = options.listenPort;
@@ -353,6 +377,8 @@ int main(int argc, char* argv[]) {
     endpointSettings.limits.maxBytes = options.maxRequestBytes;
     endpointSettings.limits.maxDepth = options.maxXmlDepth;
     endpointSettings.auth = auth.get();
+    LoginThrottle loginThrottle;
+    endpointSettings.loginThrottle = &loginThrottle;
     endpointSettings.systemName = systemName;
     CimXmlEndpoint endpoint(dispatcher, endpointSettings);
     endpoint.install(server);
@@ -398,22 +424,43 @@ int main(int argc, char* argv[]) {
              : received == SIGHUP ? "SIGHUP (nothing is reloaded; start the server again to "
                                     "change its options)"
                                   : "SIGTERM"));
-    server.stop();
-    serving.join();
+    auto stopStarted = std::chrono::steady_clock::now();
+    server.stopServing();
+    while (!servingEnded && std::chrono::steady_clock::now() - stopStarted < REQUESTS_END_WITHIN) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    // A request still in the provider could be using what terminate frees;
+    // the provider is then left as it is and ends with the process.
+    const bool providerIdle = servingEnded;
+    if (providerIdle) {
+        serving.join();
+    } else {
+        serving.detach();
+        logLine("a request was still in the provider " +
+                std::to_string(REQUESTS_END_WITHIN.count()) +
+                " ms after the stop signal; stopping without terminating the provider");
+    }
     if (exporter != nullptr) {
-        try {
-            provider->indications()->disableIndications();
-        } catch (...) {
-            logLine("disableIndications failed: " + currentExceptionText());
+        if (providerIdle) {
+            try {
+                provider->indications()->disableIndications();
+            } catch (...) {
+                logLine("disableIndications failed: " + currentExceptionText());
+            }
         }
-        exporter->stop(std::chrono::milliseconds(1000));
+        auto drainLeft = std::chrono::duration_cast<std::chrono::milliseconds>(
+            stopStarted + INDICATIONS_DRAIN_UNTIL - std::chrono::steady_clock::now());
+        exporter->stop(std::max(drainLeft, std::chrono::milliseconds(0)), LISTENERS_GIVEN_UP_AFTER);
         for (const ListenerCounts& counts : exporter->counts()) {
-            logLine("indications to " + counts.url + ": " + std::to_string(counts.delivered) +
-                    " delivered, " + std::to_string(counts.failed) + " given up, " +
-                    std::to_string(counts.dropped) + " dropped");
+            logLine("indications to " + loggable(counts.url) + ": " +
+                    std::to_string(counts.delivered) + " delivered, " +
+                    std::to_string(counts.failed) + " given up, " + std::to_string(counts.dropped) +
+                    " dropped");
         }
     }
-    provider->shutDown();
+    if (providerIdle) {
+        provider->shutDown();
+    }
     // The simulator's socket would outlive the process, which ends without
     // the library's clean-up; a socket another server has made there since
     // is left alone.

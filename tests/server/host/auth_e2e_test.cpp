@@ -40,7 +40,22 @@ TEST(AuthenticationTest, OnlyListedUsersWithTheirPasswordGetAnswers) {
     EXPECT_EQ(challenge->status, 401);
     EXPECT_EQ(challenge->get_header_value("WWW-Authenticate"), "Basic realm=\"127.0.0.1\"");
 
+    // Guessing is slowed down from the second failure in a row, without
+    // holding the request; the log names user and peer, never a password.
+    client.set_basic_auth("alice", "guess2");
+    std::vector<int> statuses;
+    for (int i = 0; i < 3; ++i) {
+        httplib::Result guessed = client.Post("/cimom", "<x/>", "application/xml");
+        ASSERT_TRUE(guessed);
+        statuses.push_back(guessed->status);
+    }
+    EXPECT_EQ(statuses, (std::vector<int>{401, 401, 429}));
     EXPECT_EQ(server.stop(), 0) << server.err();
+    std::string log = server.err();
+    EXPECT_NE(log.find("failed login as user 'alice' from 127.0.0.1"), std::string::npos) << log;
+    for (const char* secret : {"guess", "se:cret", "Basic ", "YWxpY2U6"}) {
+        EXPECT_EQ(log.find(secret), std::string::npos) << secret << " in\n" << log;
+    }
 }
 
 TEST(AuthenticationTest, PasswdRefusesUnusableInput) {

@@ -32,6 +32,10 @@ TEST(ServerOptionsTest, NoArgumentsServeLoopback5988) {
     EXPECT_TRUE(options.listeners.empty());
     EXPECT_EQ(options.logLevel, -1);
     EXPECT_FALSE(options.help);
+    EXPECT_EQ(parse({"--tls-cert", "c.pem", "--tls-key", "k.pem"}).listenPort, 5989);
+    EXPECT_EQ(parse({"--listen", "127.0.0.1:6000", "--tls-cert=c", "--tls-key=k"}).listenPort,
+              6000);
+    EXPECT_NE(refusal({"--tls-cert", "c.pem"}).find("go together"), std::string::npos);
 }
 
 TEST(ServerOptionsTest, ReadsValuesInBothSpellingsAndRepeatsListeners) {

@@ -18,7 +18,7 @@ TEST(StartupTest, HelpListsEveryOption) {
     for (const char* option :
          {"--listen", "--port-file", "--auth-file", "--provider", "--cluster-model", "--log-file",
           "--log-level", "--event-socket", "--listener", "--max-request-bytes", "--max-xml-depth",
-          "--timeout", "--workers", "--inventory-dir"}) {
+          "--timeout", "--workers", "--inventory-dir", "--tls-cert", "--tls-key"}) {
         EXPECT_NE(help.out.find(option), std::string::npos) << option;
     }
 }

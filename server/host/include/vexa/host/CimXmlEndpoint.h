@@ -16,14 +16,16 @@
 #include <vexa/cimxml/Codec.h>
 
 #include "vexa/host/AuthFile.h"
+#include "vexa/host/LoginThrottle.h"
 #include "vexa/host/OperationDispatcher.h"
 
 namespace vexa::host {
 
 struct EndpointSettings {
     cimxml::DecodeLimits limits;
-    const AuthFile* auth = nullptr; // null: no authentication
-    std::string systemName;         // host name when the request names none
+    const AuthFile* auth = nullptr;         // null: no authentication
+    LoginThrottle* loginThrottle = nullptr; // null: failed logins are not slowed down
+    std::string systemName;                 // host name when the request names none
     // Streamed answers go to the socket in chunks of about this size.
     size_t chunkBytes = cimxml::AnswerStream::DEFAULT_CHUNK_BYTES;
 };
@@ -40,6 +42,12 @@ public:
 private:
     void streamAnswer(const httplib::Request& request, httplib::Response& response,
                       cimxml::Request decoded, Caller caller) const;
+    // Answers 429 while the peer must wait after failed logins.
+    bool refusedForEarlierFailures(const httplib::Request& request,
+                                   httplib::Response& response) const;
+    // Logs the failure (user name and peer, never the password) and makes
+    // the peer wait.
+    void noteFailedLogin(const httplib::Request& request, const std::string& user) const;
 
     const OperationDispatcher& dispatcher_;
     EndpointSettings settings_;

@@ -15,6 +15,8 @@
 #include <Pegasus/Common/OperationContext.h>
 #include <Pegasus/Common/ResponseHandler.h>
 
+#include <httplib.h>
+
 #include <atomic>
 #include <chrono>
 #include <cstdint>
@@ -61,14 +63,19 @@ public:
                  const Pegasus::Array<Pegasus::CIMIndication>& indications) override;
 
     // Gives the senders up to `drain` to empty their queues, then stops them
-    // and drops what is left. Safe to call twice.
-    void stop(std::chrono::milliseconds drain);
+    // and drops what is left. A sender not
+    // ended `giveUpAfter` from the call is left running, detached: only for
+    // a process about to end, as the exporter must then never be destroyed.
+    // Safe to call twice.
+    void stop(std::chrono::milliseconds drain,
+              std::chrono::milliseconds giveUpAfter = std::chrono::milliseconds::max());
 
     std::vector<ListenerCounts> counts() const;
 
 private:
     struct Listener;
     void send(Listener& listener);
+    void sendQueued(Listener& listener, httplib::Client& client);
 
     ExportSettings settings_;
     std::vector<std::unique_ptr<Listener>> listeners_;

@@ -33,6 +33,11 @@ struct ServerOptions {
     std::string eventSocket;  // QZSIM_EVENT_SOCKET; empty picks a default
     std::string inventoryDir; // VEXA_INVENTORY_DIR; empty: the samples with the demo cluster
 
+    // Both or neither; with them the server speaks only HTTPS, by default
+    // on 5989 (the CIM-XML convention: 5988 http, 5989 https).
+    std::string tlsCertificate;
+    std::string tlsKey;
+
     std::string authFile;
     size_t workers = 8;
     size_t maxRequestBytes = 4u << 20;

@@ -24,6 +24,8 @@ public:
     void enqueue(std::function<void()> task) override;
     // Runs what is queued, then ends the workers.
     void shutdown() override;
+    // Connections accepted and not yet taken by a worker.
+    size_t waiting();
 
 private:
     void work();
