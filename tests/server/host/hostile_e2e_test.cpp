@@ -57,6 +57,14 @@ double secondsToStop(ServerProcess& server, int& status) {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
+// The promise is 2 s; the thread sanitizer's build of the server needs
+// about a second more for the same steps, so it gets a looser bound.
+#if defined(__SANITIZE_THREAD__)
+constexpr double STOP_BOUND_SECONDS = 4.0;
+#else
+constexpr double STOP_BOUND_SECONDS = 2.0;
+#endif
+
 TEST(HostileClientsTest, StopsWithin2sWhateverTheClientsAreDoing) {
     // A listener that accepts connections (in the kernel's backlog) and never answers.
     int silent = socket(AF_INET, SOCK_STREAM, 0);
@@ -101,7 +109,7 @@ TEST(HostileClientsTest, StopsWithin2sWhateverTheClientsAreDoing) {
     int status = -1;
     double took = secondsToStop(server, status);
     EXPECT_EQ(status, 0) << server.err();
-    EXPECT_LT(took, 2.0) << server.err();
+    EXPECT_LT(took, STOP_BOUND_SECONDS) << server.err();
     for (int client : clients) {
         close(client);
     }
