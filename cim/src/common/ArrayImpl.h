@@ -67,9 +67,12 @@ struct ArrayRep {
     }
 
     // Capacity for at least `needed` elements, growing geometrically so that
-    // repeated appends stay linear overall.
+    // repeated appends stay linear overall. Grown from the size, not the
+    // capacity: an array whose storage is shared is copied on every append,
+    // and doubling the capacity each time would reach gigabytes within a few
+    // dozen appends.
     static Uint32 grownCapacity(const ArrayRep* rep, Uint64 needed) {
-        Uint64 current = rep ? rep->capacity : 0;
+        Uint64 current = rep ? rep->size : 0;
         Uint64 wanted = current * 2;
         if (wanted < 8)
             wanted = 8;
