@@ -98,10 +98,4 @@ TEST_F(InstanceOperationsTest, JobsAreFoundOnlyByPath) {
     EXPECT_EQ(names("KOR_VEXA_ConcreteJob").size(), 0u);
 }
 
-TEST_F(InstanceOperationsTest, GetInstanceRebuildsPerformanceCountersWhateverTheClass) {
-    ASSERT_EQ(provider->fileSystemPerfs.size(), 0u);
-    get(enumerate("KOR_VEXA_Node")[0].getPath());
-    EXPECT_EQ(provider->fileSystemPerfs.size(), 1u);
-}
-
 } // namespace
