@@ -16,6 +16,7 @@
 #include <sstream>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 namespace qzsim {
 
@@ -196,7 +197,7 @@ private:
                 node.access.push_back(info);
             }
             o.finish();
-            m_.nodes.push_back(node);
+            m_.nodes.push_back(std::move(node));
         }
     }
 
@@ -397,7 +398,7 @@ private:
             readQuotas(o, &fs);
             readPerf(o, &fs);
             o.finish();
-            m_.filesystems.push_back(fs);
+            m_.filesystems.push_back(std::move(fs));
         }
     }
 
@@ -460,6 +461,7 @@ private:
         // Names seen so far: a file system may hold tens of thousands of filesets.
         std::unordered_set<std::string> names;
         std::vector<std::pair<std::string, const json*>> entries;
+        fs->filesets.reserve(list.size() + 1); // room for a root fileset made up below
         unsigned long long nextId = 1;
         for (std::size_t k = 0; k < list.size(); ++k) {
             std::string path = indexPath(o.memberPath("filesets"), k);
@@ -498,7 +500,7 @@ private:
             set.group = fo.string("group", "root");
             set.acl = fo.string("acl");
             fo.finish();
-            fs->filesets.push_back(set);
+            fs->filesets.push_back(std::move(set));
         }
         if (names.count("root") == 0 && ids.count(0) == 0) {
             SimFileset root;
