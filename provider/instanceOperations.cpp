@@ -126,6 +126,10 @@ void VexaProvider::serveEnumerateInstances(const CIMObjectPath& classReference,
         return;
     }
     case Rebuild::None:
+        if (readsPerfList(this->*route->instances)) {
+            CacheWriteLock lock(*this);
+            rebuildStalePerfLists();
+        }
         break;
     }
     enumerateVexaInstances(this->*route->instances, handler);
@@ -152,6 +156,10 @@ void VexaProvider::serveEnumerateInstanceNames(const CIMObjectPath& classReferen
             buildGroupInstanceList();
         enumerateVexaInstanceNamesSync(this->*route->instances, handler);
     } else {
+        if (readsPerfList(this->*route->instances)) {
+            CacheWriteLock lock(*this);
+            rebuildStalePerfLists();
+        }
         enumerateVexaInstanceNames(this->*route->instances, handler);
     }
     handler.complete();
@@ -174,19 +182,33 @@ void VexaProvider::serveGetInstance(const CIMObjectPath& instanceReference,
     const CIMName className = instanceReference.getClassName();
     ts_log(0, fn, "class name = %s\n", (const char*)className.getString().getCString());
 
+    const ClassRoute* route = findRoute(className);
     {
         CacheWriteLock lock(*this);
         buildAllVexaInstanceList(0);
-        buildFileSystemPerfInstanceList();
+        // Every getInstance resamples the counters, but only a read of a
+        // performance list pays for it: on a cluster of thousands of nodes a
+        // rebuild of every counter instance costs far more than the look-up.
+        perfListsStale = true;
+        if (route != 0 && route->byGet && readsPerfList(this->*route->instances))
+            rebuildStalePerfLists();
     }
 
-    const ClassRoute* route = findRoute(className);
     if (route == 0 || !route->byGet)
         logUnsupportedClass(fn, className);
     else
         getVexaInstance(this->*route->instances, lookupPath, handler);
     handler.complete();
     ts_log(0, fn, "exit\n");
+}
+
+bool VexaProvider::readsPerfList(const Array<CIMInstance>& array) const {
+    return &array == &fileSystemPerfs || &array == &diskPerfs || &array == &fsPerNodePerfs;
+}
+
+void VexaProvider::rebuildStalePerfLists() {
+    if (perfListsStale)
+        buildFileSystemPerfInstanceList();
 }
 
 void VexaProvider::enumerateVexaInstances(const Array<CIMInstance>& array,

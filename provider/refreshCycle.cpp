@@ -256,6 +256,7 @@ int VexaProvider::buildGroupInstanceList() {
 int VexaProvider::buildFileSystemPerfInstanceList() {
     static const char* const fn = "VexaProvider::buildFileSystemPerfInstanceList";
     ts_log(0, fn, "enter\n");
+    perfListsStale = false;
     buildAllVexaInstanceList(0);
     fileSystemPerfs.clear();
     diskPerfs.clear();

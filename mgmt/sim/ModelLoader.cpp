@@ -15,6 +15,8 @@
 #include <set>
 #include <sstream>
 #include <unordered_map>
+#include <unordered_set>
+#include <utility>
 
 namespace qzsim {
 
@@ -152,7 +154,7 @@ private:
             SimNode node;
             NodeInfoData& n = node.info;
             o.requiredText("name", n.name);
-            if (m_.findNode(n.name) != nullptr) {
+            if (!nodeIndex_.emplace(n.name, m_.nodes.size()).second) {
                 throw ModelError(o.memberPath("name"),
                                  std::string("duplicate node name \"") + n.name + "\"");
             }
@@ -195,7 +197,7 @@ private:
                 node.access.push_back(info);
             }
             o.finish();
-            m_.nodes.push_back(node);
+            m_.nodes.push_back(std::move(node));
         }
     }
 
@@ -396,7 +398,7 @@ private:
             readQuotas(o, &fs);
             readPerf(o, &fs);
             o.finish();
-            m_.filesystems.push_back(fs);
+            m_.filesystems.push_back(std::move(fs));
         }
     }
 
@@ -456,7 +458,10 @@ private:
     void readFilesets(JsonObject& o, SimFilesystem* fs) {
         const json& list = o.array("filesets");
         std::set<unsigned long long> ids;
+        // Names seen so far: a file system may hold tens of thousands of filesets.
+        std::unordered_set<std::string> names;
         std::vector<std::pair<std::string, const json*>> entries;
+        fs->filesets.reserve(list.size() + 1); // room for a root fileset made up below
         unsigned long long nextId = 1;
         for (std::size_t k = 0; k < list.size(); ++k) {
             std::string path = indexPath(o.memberPath("filesets"), k);
@@ -464,7 +469,7 @@ private:
             SimFileset set;
             FileSet& r = set.record;
             fo.requiredText("name", r.name);
-            if (findFileset(*fs, r.name) != nullptr) {
+            if (!names.insert(r.name).second) {
                 throw ModelError(fo.memberPath("name"),
                                  std::string("duplicate fileset name \"") + r.name + "\"");
             }
@@ -495,9 +500,9 @@ private:
             set.group = fo.string("group", "root");
             set.acl = fo.string("acl");
             fo.finish();
-            fs->filesets.push_back(set);
+            fs->filesets.push_back(std::move(set));
         }
-        if (findFileset(*fs, "root") == nullptr && ids.count(0) == 0) {
+        if (names.count("root") == 0 && ids.count(0) == 0) {
             SimFileset root;
             FileSet& r = root.record;
             std::snprintf(r.name, sizeof r.name, "root");
@@ -617,8 +622,13 @@ private:
         }
     }
 
+    SimNode* node(const std::string& name) {
+        const auto it = nodeIndex_.find(name);
+        return it == nodeIndex_.end() ? nullptr : &m_.nodes[it->second];
+    }
+
     void checkNode(const std::string& path, const std::string& name) {
-        if (m_.findNode(name) == nullptr) {
+        if (node(name) == nullptr) {
             throw ModelError(path, "unknown node \"" + name + "\"");
         }
     }
@@ -658,6 +668,9 @@ private:
                 checkNode(ref.path + "/serverName", a.serverName);
             }
         }
+        // Filesets by name for each file system, built once for the quota entries.
+        std::vector<std::unordered_map<std::string, SimFileset*>> filesetsByName(
+            m_.filesystems.size());
         for (const AccessRef& ref : quotaRefs_) {
             SimFilesystem& fs = m_.filesystems[ref.node];
             Quota& q = fs.quotas[ref.entry];
@@ -676,7 +689,14 @@ private:
                 }
                 q.id = g->gid;
             } else {
-                SimFileset* set = findFileset(fs, q.entityName);
+                auto& byName = filesetsByName[ref.node];
+                if (byName.empty()) {
+                    for (SimFileset& f : fs.filesets) {
+                        byName.emplace(f.record.name, &f); // first of a name wins, as before
+                    }
+                }
+                const auto named = byName.find(q.entityName);
+                SimFileset* set = named == byName.end() ? nullptr : named->second;
                 if (set == nullptr) {
                     throw ModelError(ref.path + "/entityName",
                                      "unknown fileset \"" + q.entityName + "\"");
@@ -689,8 +709,8 @@ private:
     void fillServerAddresses() {
         auto fill = [this](std::vector<DiskServerInfo>& servers) {
             for (DiskServerInfo& s : servers) {
-                SimNode* node = m_.findNode(s.name);
-                std::snprintf(s.ipAddr, sizeof s.ipAddr, "%s", node->info.ipAddr);
+                const SimNode* server = node(s.name);
+                std::snprintf(s.ipAddr, sizeof s.ipAddr, "%s", server->info.ipAddr);
             }
         };
         for (SimFilesystem& fs : m_.filesystems) {
@@ -714,6 +734,8 @@ private:
     };
 
     ClusterModel& m_;
+    // Node positions by name: access records and disk servers name nodes by the thousand.
+    std::unordered_map<std::string, std::size_t> nodeIndex_;
     std::set<std::string> diskNames_;
     std::vector<std::pair<std::string, std::string>> nodeRefs_;
     std::vector<std::pair<std::string, std::string>> serverRefs_;

@@ -100,12 +100,6 @@ TEST_F(InstanceOperationsTest, JobsAreFoundOnlyByPath) {
     EXPECT_EQ(names("KOR_VEXA_ConcreteJob").size(), 0u);
 }
 
-TEST_F(InstanceOperationsTest, GetInstanceRebuildsPerformanceCountersWhateverTheClass) {
-    ASSERT_EQ(provider->fileSystemPerfs.size(), 0u);
-    get(enumerate("KOR_VEXA_Node")[0].getPath());
-    EXPECT_EQ(provider->fileSystemPerfs.size(), 1u);
-}
-
 // A failure inside a request (here the handler's own, with a text that is
 // no UTF-8) reaches the server as a CIM error and leaves no lock held.
 TEST_F(InstanceOperationsTest, AFailureInsideARequestIsACimErrorAndReleasesTheLock) {

@@ -243,4 +243,24 @@ TEST_F(RefreshCycleTest, PerformanceRebuildSkipsAPoolWhoseDisksCannotBeRead) {
     EXPECT_EQ(enumerate("KOR_VEXA_DiskPerf").size(), 2u);
 }
 
+TEST_F(RefreshCycleTest, GetInstanceLeavesTheCounterRebuildToTheNextPerformanceRead) {
+    const char* const perfRebuilt = "L0 VexaProvider::buildFileSystemPerfInstanceList: enter";
+    start(SMALL_CLUSTER);
+    enumerate("KOR_VEXA_FileSystemPerf");
+    Array<CIMInstance> before = enumerate("KOR_VEXA_DiskPerf");
+    ASSERT_EQ(before.size(), 2u);
+    const CIMObjectPath node = names("KOR_VEXA_Node")[0];
+    qzsim::clearCapturedLog();
+    EXPECT_EQ(get(node).size(), 1u);
+    EXPECT_EQ(get(node).size(), 1u);
+    EXPECT_EQ(countLines(logLines(), perfRebuilt), 0);
+
+    // A class that is not rebuilt on enumeration still sees counters sampled since, once.
+    Array<CIMInstance> after = enumerate("KOR_VEXA_DiskPerf");
+    names("KOR_VEXA_FileSystemPerNodePerf");
+    EXPECT_EQ(countLines(logLines(), perfRebuilt), 1);
+    ASSERT_EQ(after.size(), 2u);
+    EXPECT_FALSE(after[0].identical(before[0]));
+}
+
 } // namespace
