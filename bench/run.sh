@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Every benchmark of issue-sized clusters in one go: builds what they need,
+# Every benchmark of the three generated cluster sizes in one go: builds what they need,
 # then prints the full-pass table and the side-by-side table.
 #
 #   bash bench/run.sh [--sizes small,medium,large] [--side-size SIZE] [--runs N]
