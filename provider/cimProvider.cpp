@@ -28,8 +28,8 @@ IndicationResponseHandler* IndicationHandler = 0;
 // relies on: a provider that is created and never initialised must still be
 // harmless to destroy or to probe.
 VexaProvider::VexaProvider()
-    : refreshForced(false), pollingHandler(0), clusterInfo(0), eventThreadId(), refreshThreadId(),
-      eventThreadJoinable(false), refreshThreadJoinable(false) {
+    : refreshForced(false), performanceListsBuilt(false), pollingHandler(0), clusterInfo(0),
+      eventThreadId(), refreshThreadId(), eventThreadJoinable(false), refreshThreadJoinable(false) {
     memset(&lastUserGroupRefresh, 0, sizeof(lastUserGroupRefresh));
     memset(&lastRefresh, 0, sizeof(lastRefresh));
     memset(&instanceLock, 0, sizeof(instanceLock));
