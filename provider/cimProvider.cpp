@@ -28,8 +28,9 @@ IndicationResponseHandler* IndicationHandler = 0;
 // relies on: a provider that is created and never initialised must still be
 // harmless to destroy or to probe.
 VexaProvider::VexaProvider()
-    : refreshForced(false), perfListsStale(false), pollingHandler(0), clusterInfo(0),
-      eventThreadId(), refreshThreadId(), eventThreadJoinable(false), refreshThreadJoinable(false) {
+    : refreshForced(false), perfListsStale(false), performanceListsBuilt(false), pollingHandler(0),
+      clusterInfo(0), eventThreadId(), refreshThreadId(), eventThreadJoinable(false),
+      refreshThreadJoinable(false) {
     memset(&lastUserGroupRefresh, 0, sizeof(lastUserGroupRefresh));
     memset(&lastRefresh, 0, sizeof(lastRefresh));
     memset(&instanceLock, 0, sizeof(instanceLock));

@@ -437,6 +437,8 @@ public:
     bool perfListsStale;
     // Time of the last full cache pass.
     struct timeval lastRefresh;
+    // Whether a performance rebuild has run (successful or not) since start.
+    bool performanceListsBuilt;
     // The management library's polling facade; owned by the library.
     PollingHandler* pollingHandler;
     // The cluster snapshot that every update call fills; owned.

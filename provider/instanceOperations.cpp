@@ -19,7 +19,12 @@ enum class Rebuild {
     None,
     FullPass,    // the cluster: a throttled pass right before delivery
     Performance, // performance counters are rebuilt on every enumeration
-    Users,       // users and groups are rebuilt and delivered under one write lock
+    // Served from the last performance rebuild, which is run first when none
+    // has run yet: a CIM server enumerating a superclass asks for every
+    // subclass at once, so the per-disk and per-node lists cannot rely on an
+    // enumeration of the file-system counters having come before.
+    LastPerformance,
+    Users, // users and groups are rebuilt and delivered under one write lock
     Groups
 };
 
@@ -57,8 +62,9 @@ const ClassRoute ROUTES[] = {
     {VEXA_CONFIG_MGR, &VexaProvider::configManagers, true, true, true, Rebuild::None},
     {VEXA_FILESYSTEM_MGR, &VexaProvider::fileSystemManagers, true, true, true, Rebuild::None},
     {VEXA_PERF_FILESYSTEM, &VexaProvider::fileSystemPerfs, true, true, true, Rebuild::Performance},
-    {VEXA_PERF_DISK, &VexaProvider::diskPerfs, true, true, true, Rebuild::None},
-    {VEXA_PERF_FS_PER_NODE, &VexaProvider::fsPerNodePerfs, true, true, true, Rebuild::None},
+    {VEXA_PERF_DISK, &VexaProvider::diskPerfs, true, true, true, Rebuild::LastPerformance},
+    {VEXA_PERF_FS_PER_NODE, &VexaProvider::fsPerNodePerfs, true, true, true,
+     Rebuild::LastPerformance},
     {VEXA_CONCRETE_JOB, &VexaProvider::concreteJobs, false, false, true, Rebuild::None},
     {VEXA_FILESET, &VexaProvider::filesets, true, true, true, Rebuild::None},
     {VEXA_ASSOC_FILESET, &VexaProvider::associatedFilesets, true, true, true, Rebuild::None},
@@ -110,6 +116,14 @@ void VexaProvider::serveEnumerateInstances(const CIMObjectPath& classReference,
     case Rebuild::Performance: {
         CacheWriteLock lock(*this);
         buildFileSystemPerfInstanceList();
+        break;
+    }
+    case Rebuild::LastPerformance: {
+        CacheWriteLock lock(*this);
+        if (!performanceListsBuilt)
+            buildFileSystemPerfInstanceList();
+        else
+            rebuildStalePerfLists();
         break;
     }
     case Rebuild::Users:

@@ -261,6 +261,7 @@ int VexaProvider::buildFileSystemPerfInstanceList() {
     fileSystemPerfs.clear();
     diskPerfs.clear();
     fsPerNodePerfs.clear();
+    performanceListsBuilt = true;
 
     pollingHandler->updateDiskSDRInfo(0);
     if (pollingHandler->updateFilesystemInfo(clusterInfo, 1) != 0) {

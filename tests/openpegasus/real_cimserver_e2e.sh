@@ -86,6 +86,15 @@ out=$(cimprovider -l -s 2>&1 | grep VexaProviderModule)
 start_vexa "$build" "$model" "$work"
 vexa_url=http://127.0.0.1:$vexa_port/root/cimv2
 
+# First of all, while no performance rebuild has run: cimserver asks the
+# provider for every class under CIM_ManagedElement at once, in no set order.
+count_disk_perfs() { wbemcli ei "$1:CIM_ManagedElement" 2>&1 | grep -c ':KOR_VEXA_DiskPerf\.'; }
+ours=$(count_disk_perfs "$vexa_url")
+theirs=$(count_disk_perfs "$pegasus_url")
+[[ $ours -gt 0 && $ours == "$theirs" ]] &&
+  pass "wbemcli ei CIM_ManagedElement on fresh servers: $theirs KOR_VEXA_DiskPerf as in vexa-cimserver" ||
+  fail "KOR_VEXA_DiskPerf in ei CIM_ManagedElement: $theirs, vexa-cimserver $ours"
+
 # Instances as text that does not depend on the server: the host:port prefix
 # goes, lines are sorted, and values that change by themselves (sampling
 # times and counters of the performance classes) are blanked.
