@@ -16,6 +16,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <stdexcept>
@@ -459,7 +460,9 @@ Dechunked dechunk(const std::string& raw) {
 } // namespace
 
 TEST_F(DispatcherTest, ALargeEnumerationGoesOutInChunksWithItsOutcomeInTheTrailer) {
-    bool failAtEnd = false;
+    // Set by this thread, read by the server's: the socket orders the two,
+    // but only an atomic says so to the thread sanitizer.
+    std::atomic<bool> failAtEnd{false};
     provider.answerInstances = [&failAtEnd](InstanceResponseHandler& handler) {
         for (int i = 0; i < 40; i++) {
             handler.deliver(servedInstance(("n" + std::to_string(i)).c_str()));
