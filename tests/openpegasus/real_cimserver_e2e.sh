@@ -97,15 +97,15 @@ theirs=$(count_disk_perfs "$pegasus_url")
 
 # Instances as text that does not depend on the server: the host:port prefix
 # goes, lines are sorted, and values that change by themselves (sampling
-# times and counters of the performance classes) are blanked. Every counter
-# goes, not only the time-driven ones: each rebuild of the counter lists takes
-# a new sample, and OpenPegasus asks for the classes of CIM_ManagedElement at
-# once on several threads, so the two servers may have sampled a different
-# number of times.
+# times, the time between samples and every counter of the performance
+# classes) are blanked. Each rebuild of the counter lists takes a new sample,
+# and OpenPegasus asks for the classes of CIM_ManagedElement at once on
+# several threads, so the two servers may have sampled a different number of
+# times.
 normalise() {
   sed -E -e 's#^[^ ]*/root/cimv2:##' -e 's#^root/cimv2:##' \
     -e 's/(StatisticTime|SampleTime|vexa[A-Za-z]*(Bytes|Ops|Reads|Writes|Time|Rate)[A-Za-z]*)=[^,]*/\1=*/g' \
-    -e 's/(vexaFileSystem(Caches|[A-Za-z]*Calls|Inodes[A-Za-z]*|StatCache[A-Za-z]*))=[^,]*/\1=*/g' |
+    -e 's/(duration|vexaFileSystem(Caches|[A-Za-z]*Calls|Inodes[A-Za-z]*|StatCache[A-Za-z]*))=[^,]*/\1=*/g' |
     sort
 }
 
