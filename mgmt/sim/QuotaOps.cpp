@@ -1,6 +1,7 @@
 // Quota queries and changes.
 
 #include "OpScope.h"
+#include "QuotaKind.h"
 
 #include <qzantras/PollingHandler.h>
 
@@ -32,17 +33,6 @@ int kindFromText(const char* text) {
     return 0;
 }
 
-const char* kindName(int kind) {
-    switch (kind) {
-    case MGMT_QUOTA_USER:
-        return "user";
-    case MGMT_QUOTA_GROUP:
-        return "group";
-    default:
-        return "fileset";
-    }
-}
-
 // Resolves the entity to its canonical name and id.
 int resolveEntity(OpScope& op, SimFilesystem& fs, int kind, const std::string& entity,
                   std::string* name, unsigned int* id) {
@@ -64,7 +54,7 @@ int resolveEntity(OpScope& op, SimFilesystem& fs, int kind, const std::string& e
         *id = static_cast<unsigned int>(std::strtoul(set->record.id, nullptr, 10));
         return 0;
     }
-    return op.fail(MGMT_E_NO_ENTITY, "Unknown %s %s in file system %s.", kindName(kind),
+    return op.fail(MGMT_E_NO_ENTITY, "Unknown %s %s in file system %s.", qzsim::quotaKindName(kind),
                    entity.c_str(), fs.info.name);
 }
 
@@ -180,7 +170,7 @@ int PollingHandler::editQuota(const char* fsOrMountPoint, const char* entityType
     if (int rc = op.commitChange()) {
         return rc;
     }
-    op.say("Quota of %s %s in file system %s changed.", kindName(kind), name.c_str(),
+    op.say("Quota of %s %s in file system %s changed.", qzsim::quotaKindName(kind), name.c_str(),
            fs->info.name);
     return MGMT_OK;
 }

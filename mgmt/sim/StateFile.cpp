@@ -1,5 +1,7 @@
 #include "StateFile.h"
 
+#include "QuotaKind.h"
+
 #include <qzantras/ts_log.h>
 
 #include <nlohmann/json.hpp>
@@ -37,20 +39,9 @@ Document filesetMembers(const SimFileset& set) {
     return f;
 }
 
-const char* quotaTypeName(unsigned short type) {
-    switch (type) {
-    case MGMT_QUOTA_USER:
-        return "user";
-    case MGMT_QUOTA_GROUP:
-        return "group";
-    default:
-        return "fileset";
-    }
-}
-
 Document quotaMembers(const Quota& q) {
     Document o = Document::object();
-    o["type"] = quotaTypeName(q.type);
+    o["type"] = qzsim::quotaKindName(q.type);
     o["entityName"] = q.entityName;
     o["header"] = q.header;
     o["version"] = q.version;
