@@ -23,16 +23,22 @@ struct Role {
 CIMInstance makeAssociation(const CIMName& associationClass, const Role& firstRole,
                             const CIMObjectPath& first, const Role& secondRole,
                             const CIMObjectPath& second) {
+    const CIMName firstName(firstRole.name);
+    const CIMName secondName(secondRole.name);
+    const CIMValue firstValue(first);
+    const CIMValue secondValue(second);
     CIMInstance association(associationClass);
-    association.addProperty(CIMProperty(CIMName(firstRole.name), CIMValue(first), 0,
-                                        firstRole.declaredClass, CIMName(), false));
-    association.addProperty(CIMProperty(CIMName(secondRole.name), CIMValue(second), 0,
-                                        secondRole.declaredClass, CIMName(), false));
+    association.addProperty(
+        CIMProperty(firstName, firstValue, 0, firstRole.declaredClass, CIMName(), false));
+    association.addProperty(
+        CIMProperty(secondName, secondValue, 0, secondRole.declaredClass, CIMName(), false));
 
+    // Keys made from the values take the ends' text forms as REFERENCE keys;
+    // the library can then share one text among all keys naming an end.
     Array<CIMKeyBinding> keys;
-    keys.append(CIMKeyBinding(CIMName(firstRole.name), first.toString(), CIMKeyBinding::REFERENCE));
-    keys.append(
-        CIMKeyBinding(CIMName(secondRole.name), second.toString(), CIMKeyBinding::REFERENCE));
+    keys.reserveCapacity(2);
+    keys.append(CIMKeyBinding(firstName, firstValue));
+    keys.append(CIMKeyBinding(secondName, secondValue));
     CIMObjectPath path(String(), CIMNamespaceName(), associationClass, keys);
     path.setNameSpace(NAMESPACE);
     association.setPath(path);

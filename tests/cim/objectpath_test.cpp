@@ -1,4 +1,5 @@
 #include <Pegasus/Common/CIMObjectPath.h>
+#include <Pegasus/Common/CIMValue.h>
 #include <gtest/gtest.h>
 
 PEGASUS_USING_PEGASUS;
@@ -188,4 +189,72 @@ TEST(CIMObjectPathCopies, SettersNeverReachOtherCopies) {
     EXPECT_EQ(text(copy.toString()), "//other/elsewhere:B");
     copy.clear();
     EXPECT_EQ(text(original.toString()), "//h/root:A.k=1");
+}
+
+// A reference key made from a path skips reading the path's text again when
+// that text is known to read back unchanged; the stored path must be exactly
+// the one a key made from the text gives, or the same failure.
+TEST(CIMObjectPathKeys, KeysMadeFromPathsMatchKeysMadeFromTheirText) {
+    auto keyed = [](const char* name, const String& value, CIMKeyBinding::Type type) {
+        Array<CIMKeyBinding> keys;
+        keys.append(CIMKeyBinding(CIMName(name), value, type));
+        return keys;
+    };
+    // Both ways of referring to `end`, as the referring path's text or the failure.
+    auto bothWays = [&](const CIMObjectPath& end, CIMObjectPath* byValue) {
+        std::string fromText;
+        std::string fromValue;
+        try {
+            fromText = text(CIMObjectPath(String(), CIMNamespaceName(), CIMName("A"),
+                                          keyed("ref", end.toString(), CIMKeyBinding::REFERENCE))
+                                .toString());
+        } catch (const Exception& e) {
+            fromText = "threw " + text(e.getMessage());
+        }
+        try {
+            Array<CIMKeyBinding> keys;
+            keys.append(CIMKeyBinding(CIMName("ref"), CIMValue(end)));
+            *byValue = CIMObjectPath(String(), CIMNamespaceName(), CIMName("A"), keys);
+            fromValue = text(byValue->toString());
+        } catch (const Exception& e) {
+            fromValue = "threw " + text(e.getMessage());
+        }
+        return std::make_pair(fromText, fromValue);
+    };
+    Array<CIMKeyBinding> twice = keyed("k", "1", CIMKeyBinding::NUMERIC);
+    twice.append(CIMKeyBinding(CIMName("K"), String("2"), CIMKeyBinding::NUMERIC));
+    const CIMObjectPath ends[] = {
+        CIMObjectPath(String("root/x:B.a=\"q\\\"\",n=-0x10,t=TRUE")),
+        CIMObjectPath(String("//h/root:B.k=\"v\"")),
+        CIMObjectPath(String("B.r=\"C.a=1\"")),
+        CIMObjectPath(String(), CIMNamespaceName("root"), CIMName("B"),
+                      keyed("b", "true", CIMKeyBinding::BOOLEAN)),
+        CIMObjectPath(String(), CIMNamespaceName(), CIMName("B"),
+                      keyed("s", "C.z=1,a=2", CIMKeyBinding::STRING)),
+        CIMObjectPath(String(), CIMNamespaceName(), CIMName("B"), twice),
+        CIMObjectPath(String(), CIMNamespaceName(), CIMName("B"),
+                      keyed("n", "abc", CIMKeyBinding::NUMERIC)),
+        CIMObjectPath(String("h"), CIMNamespaceName(), CIMName("B")),
+        CIMObjectPath(),
+    };
+    for (const CIMObjectPath& end : ends) {
+        CIMObjectPath referring;
+        auto made = bothWays(end, &referring);
+        EXPECT_EQ(made.second, made.first) << text(end.toString());
+        // A path made this way is in turn referred to the same both ways.
+        if (made.second.rfind("threw", 0) != 0) {
+            CIMObjectPath outer;
+            auto nested = bothWays(referring, &outer);
+            EXPECT_EQ(nested.second, nested.first) << text(referring.toString());
+        }
+    }
+
+    // The text kept for keys goes with any change to the path.
+    CIMObjectPath end(String("B.k=1"));
+    CIMKeyBinding before(CIMName("ref"), CIMValue(end));
+    end.setClassName(CIMName("C"));
+    CIMKeyBinding after(CIMName("ref"), CIMValue(end));
+    EXPECT_EQ(text(before.getValue()), "B.k=1");
+    EXPECT_EQ(text(after.getValue()), "C.k=1");
+    EXPECT_EQ(text(end.toString()), "C.k=1");
 }

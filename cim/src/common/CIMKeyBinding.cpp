@@ -1,5 +1,6 @@
 #include "ArrayImpl.h"
 #include "KeyNumber.h"
+#include "ReferenceKey.h"
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/CIMValue.h>
 #include <cerrno>
@@ -11,13 +12,6 @@
 PEGASUS_NAMESPACE_BEGIN
 
 template class Array<CIMKeyBinding>;
-
-class CIMKeyBindingRep {
-public:
-    CIMName name;
-    String value;
-    CIMKeyBinding::Type type = CIMKeyBinding::STRING;
-};
 
 namespace {
 
@@ -173,8 +167,14 @@ CIMKeyBinding::CIMKeyBinding(const CIMName& name, const CIMValue& value) : _rep(
     Type type = keyTypeFor(value.getType());
     _rep = new CIMKeyBindingRep();
     _rep->name = name;
-    _rep->value = value.toString();
     _rep->type = type;
+    if (type == REFERENCE && !value.isNull()) {
+        CIMObjectPath path;
+        value.get(path);
+        _rep->value = referenceText(path, _rep->canonicalReference);
+    } else {
+        _rep->value = value.toString();
+    }
 }
 
 CIMKeyBinding::~CIMKeyBinding() { delete _rep; }
@@ -191,11 +191,17 @@ void CIMKeyBinding::setName(const CIMName& name) { _rep->name = name; }
 
 const String& CIMKeyBinding::getValue() const { return _rep->value; }
 
-void CIMKeyBinding::setValue(const String& value) { _rep->value = value; }
+void CIMKeyBinding::setValue(const String& value) {
+    _rep->value = value;
+    _rep->canonicalReference = false;
+}
 
 CIMKeyBinding::Type CIMKeyBinding::getType() const { return _rep->type; }
 
-void CIMKeyBinding::setType(Type type) { _rep->type = type; }
+void CIMKeyBinding::setType(Type type) {
+    _rep->type = type;
+    _rep->canonicalReference = false;
+}
 
 Boolean CIMKeyBinding::equal(CIMValue value) {
     if (value.isArray() || value.getType() == CIMTYPE_OBJECT || value.getType() == CIMTYPE_INSTANCE)

@@ -2,9 +2,13 @@
 #include "HostName.h"
 #include "KeyNumber.h"
 #include "ObjectPathParser.h"
+#include "ReferenceKey.h"
+#include "RepAccess.h"
 #include "SharedRep.h"
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <algorithm>
+#include <atomic>
+#include <memory>
 #include <string>
 #include <unistd.h>
 
@@ -12,12 +16,31 @@ PEGASUS_NAMESPACE_BEGIN
 
 template class Array<CIMObjectPath>;
 
+// The path's text, kept once a reference key has asked for it.
+struct PathText {
+    String text;
+    Boolean readsBack; // reading the text and writing it again gives it unchanged
+};
+
 class CIMObjectPathRep : public SharedRep {
 public:
+    CIMObjectPathRep() = default;
+    // A copy is made to be changed, so it does not take the text.
+    CIMObjectPathRep(const CIMObjectPathRep& x)
+        : SharedRep(x), host(x.host), nameSpace(x.nameSpace), className(x.className),
+          keyBindings(x.keyBindings) {}
+    ~CIMObjectPathRep() { delete text.load(std::memory_order_relaxed); }
+
+    // Only the sole holder changes a path, so nobody reads the text meanwhile.
+    void forgetText() { delete text.exchange(nullptr, std::memory_order_acq_rel); }
+
     String host;
     CIMNamespaceName nameSpace;
     CIMName className;
     Array<CIMKeyBinding> keyBindings;
+    // Made on first request; several readers may race to make it, and the
+    // first to store it wins.
+    std::atomic<PathText*> text{nullptr};
 };
 
 namespace {
@@ -35,7 +58,8 @@ void normaliseKeyBindings(Array<CIMKeyBinding>& keyBindings) {
     CIMKeyBinding* items = const_cast<CIMKeyBinding*>(keyBindings.getData());
     const Uint32 count = keyBindings.size();
     for (Uint32 i = 0; i < count; i++) {
-        if (items[i].getType() != CIMKeyBinding::REFERENCE)
+        if (items[i].getType() != CIMKeyBinding::REFERENCE ||
+            RepAccess::rep(items[i])->canonicalReference)
             continue;
         String canonical = CIMObjectPath(items[i].getValue()).toString();
         if (!String::equal(canonical, items[i].getValue()))
@@ -120,6 +144,88 @@ String canonicalText(const CIMObjectPath& path) {
     return text;
 }
 
+String writeText(const CIMObjectPathRep& path) {
+    const CIMObjectPathRep* rep = &path;
+    const Array<CIMKeyBinding>& keys = rep->keyBindings;
+    // Room for everything but escapes, so the text is built in one buffer.
+    Uint32 length = rep->host.size() + rep->nameSpace.getString().size() +
+                    rep->className.getString().size() + 4;
+    for (Uint32 i = 0; i < keys.size(); i++)
+        length += keys[i].getName().getString().size() + keys[i].getValue().size() + 4;
+    String text;
+    text.reserveCapacity(length);
+    if (rep->host.size()) {
+        text.append(Char16('/'));
+        text.append(Char16('/'));
+        text.append(rep->host);
+        text.append(Char16('/'));
+    }
+    if (!rep->nameSpace.isNull() || rep->host.size()) {
+        text.append(rep->nameSpace.getString());
+        text.append(Char16(':'));
+    }
+    text.append(rep->className.getString());
+    for (Uint32 i = 0; i < keys.size(); i++) {
+        text.append(Char16(i ? ',' : '.'));
+        text.append(keys[i].getName().getString());
+        text.append(Char16('='));
+        CIMKeyBinding::Type type = keys[i].getType();
+        if (type == CIMKeyBinding::STRING || type == CIMKeyBinding::REFERENCE)
+            appendQuoted(text, keys[i].getValue());
+        else
+            text.append(keys[i].getValue());
+    }
+    return text;
+}
+
+// Whether reading the path's text and writing it again gives the same text,
+// told without reading it: every part must be one the reader takes back
+// unchanged. Booleans read back in capitals, a string key holding "=" may
+// read back as a reference whose text is rewritten, a key named twice may
+// change places, and a reference key must itself be in its read-back form.
+Boolean readsBack(const CIMObjectPathRep& rep) {
+    if (rep.className.isNull() || (rep.host.size() && !isValidHostName(rep.host)) ||
+        (rep.host.size() && rep.nameSpace.isNull()) ||
+        rep.nameSpace.getString().find(Char16('.')) != PEG_NOT_FOUND)
+        return false;
+    const Array<CIMKeyBinding>& keys = rep.keyBindings;
+    for (Uint32 i = 0; i < keys.size(); i++) {
+        if (i && !keyNameLess(keys[i - 1], keys[i]))
+            return false;
+        const String& value = keys[i].getValue();
+        switch (keys[i].getType()) {
+        case CIMKeyBinding::BOOLEAN:
+            if (!String::equal(value, "TRUE") && !String::equal(value, "FALSE"))
+                return false;
+            break;
+        case CIMKeyBinding::NUMERIC: {
+            // As the reader takes an unquoted value that is no boolean.
+            std::string number = static_cast<const char*>(value.getCString());
+            Sint64 negative = 0;
+            Uint64 positive = 0;
+            if (number.empty() || !(number[0] == '-' ? parseSignedKeyNumber(number, false, negative)
+                                                     : parseUnsignedKeyNumber(number, positive)))
+                return false;
+            break;
+        }
+        case CIMKeyBinding::STRING: {
+            const Char16* units = value.getChar16Data();
+            for (Uint32 u = 0; u < value.size(); u++) {
+                const Uint16 unit = Uint16(units[u]);
+                if (unit == '=' || (unit >= 0xD800 && unit <= 0xDFFF))
+                    return false;
+            }
+            break;
+        }
+        case CIMKeyBinding::REFERENCE:
+            if (!RepAccess::rep(keys[i])->canonicalReference)
+                return false;
+            break;
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 CIMObjectPath::CIMObjectPath() : _rep(new CIMObjectPathRep()) {}
@@ -158,11 +264,14 @@ CIMObjectPath& CIMObjectPath::operator=(const String& objectName) {
     return *this;
 }
 
+// Every change goes through here first, which is where the kept text goes.
 void CIMObjectPath::_detach() {
     if (_rep->refs.load(std::memory_order_acquire) > 1) {
         CIMObjectPathRep* copy = new CIMObjectPathRep(*_rep);
         releaseRep(_rep);
         _rep = copy;
+    } else {
+        _rep->forgetText();
     }
 }
 
@@ -236,37 +345,22 @@ void CIMObjectPath::setKeyBindings(const Array<CIMKeyBinding>& keyBindings) {
 }
 
 String CIMObjectPath::toString() const {
-    const CIMObjectPathRep* rep = _rep;
-    const Array<CIMKeyBinding>& keys = rep->keyBindings;
-    // Room for everything but escapes, so the text is built in one buffer.
-    Uint32 length = rep->host.size() + rep->nameSpace.getString().size() +
-                    rep->className.getString().size() + 4;
-    for (Uint32 i = 0; i < keys.size(); i++)
-        length += keys[i].getName().getString().size() + keys[i].getValue().size() + 4;
-    String text;
-    text.reserveCapacity(length);
-    if (rep->host.size()) {
-        text.append(Char16('/'));
-        text.append(Char16('/'));
-        text.append(rep->host);
-        text.append(Char16('/'));
+    if (const PathText* kept = _rep->text.load(std::memory_order_acquire))
+        return kept->text;
+    return writeText(*_rep);
+}
+
+String referenceText(const CIMObjectPath& path, Boolean& canonical) {
+    CIMObjectPathRep* rep = RepAccess::rep(path);
+    PathText* kept = rep->text.load(std::memory_order_acquire);
+    if (!kept) {
+        std::unique_ptr<PathText> made(new PathText{writeText(*rep), readsBack(*rep)});
+        if (rep->text.compare_exchange_strong(kept, made.get(), std::memory_order_acq_rel,
+                                              std::memory_order_acquire))
+            kept = made.release();
     }
-    if (!rep->nameSpace.isNull() || rep->host.size()) {
-        text.append(rep->nameSpace.getString());
-        text.append(Char16(':'));
-    }
-    text.append(rep->className.getString());
-    for (Uint32 i = 0; i < keys.size(); i++) {
-        text.append(Char16(i ? ',' : '.'));
-        text.append(keys[i].getName().getString());
-        text.append(Char16('='));
-        CIMKeyBinding::Type type = keys[i].getType();
-        if (type == CIMKeyBinding::STRING || type == CIMKeyBinding::REFERENCE)
-            appendQuoted(text, keys[i].getValue());
-        else
-            text.append(keys[i].getValue());
-    }
-    return text;
+    canonical = kept->readsBack;
+    return kept->text;
 }
 
 Boolean CIMObjectPath::identical(const CIMObjectPath& x) const {

@@ -13,6 +13,7 @@ PEGASUS_NAMESPACE_BEGIN
 class CIMValue;
 class CIMKeyBindingRep;
 class CIMObjectPathRep;
+class RepAccess;
 
 // One key of an instance name: the key property's name and its value in
 // text form, tagged with the kind of value so that comparisons know how to
@@ -39,6 +40,7 @@ public:
     Boolean equal(CIMValue value);
 
 private:
+    friend class RepAccess;
     CIMKeyBindingRep* _rep;
 };
 
@@ -78,6 +80,7 @@ public:
     Uint32 makeHashCode() const;
 
 private:
+    friend class RepAccess;
     void _detach();
 
     CIMObjectPathRep* _rep;
@@ -87,6 +90,5 @@ PEGASUS_COMMON_LINKAGE Boolean operator==(const CIMObjectPath& x, const CIMObjec
 PEGASUS_COMMON_LINKAGE Boolean operator!=(const CIMObjectPath& x, const CIMObjectPath& y);
 
 PEGASUS_NAMESPACE_END
-
 
 #endif
