@@ -50,6 +50,9 @@ const CIMName CIM_OBJECT_MANAGER_CLASS("CIM_ObjectManager");
 } // namespace
 
 void VexaProvider::setCompletePath(CIMInstance& instance) {
+    // Storing an equal path again would only copy it.
+    if (instance.getPath().getNameSpace() == NAMESPACE)
+        return;
     CIMObjectPath path = instance.getPath();
     path.setNameSpace(NAMESPACE);
     instance.setPath(path);

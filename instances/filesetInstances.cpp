@@ -61,17 +61,28 @@ CIMInstance VexaProvider::createFileSetInstance(FileSet* fileset, ClusterInfo* c
     // Logged under the pool builder's label "stgId", as log filters expect.
     ts_log(0, "VexaProvider::createFileSetInstance", "stgId = %s\n", filesetId.c_str());
 
+    // Texts used more than once are made once: the path's keys then share
+    // them with the properties, and a large cluster's filesets hold one copy
+    // of each class name instead of one per fileset.
+    const String& clusterClass = VEXA_CLUSTER.getString();
+    const String& fileSystemClass = VEXA_FILESYSTEM.getString();
+    const String& filesetClass = VEXA_FILESET.getString();
+    const String clusterName(cluster->clusterName);
+    const String fileSystemName(fileset->fsName);
+    const String name(fileset->name);
+    const String id(fileset->id);
+
     CIMInstance instance(VEXA_FILESET);
-    addProperty(instance, "CSCreationClassName", "KOR_VEXA_Cluster");
-    addProperty(instance, "CSName", cluster->clusterName);
-    addProperty(instance, "FSCreationClassName", "KOR_VEXA_FileSystem");
-    addProperty(instance, "FSName", fileset->fsName);
-    addProperty(instance, "CreationClassName", "KOR_VEXA_Fileset");
-    addProperty(instance, "Name", fileset->name);
-    addProperty(instance, "vexaFilesetClusterName", cluster->clusterName);
+    addProperty(instance, "CSCreationClassName", clusterClass);
+    addProperty(instance, "CSName", clusterName);
+    addProperty(instance, "FSCreationClassName", fileSystemClass);
+    addProperty(instance, "FSName", fileSystemName);
+    addProperty(instance, "CreationClassName", filesetClass);
+    addProperty(instance, "Name", name);
+    addProperty(instance, "vexaFilesetClusterName", clusterName);
     addProperty(instance, "vexaFilesetVersion", CIMValue(Uint32(fileset->version)));
-    addProperty(instance, "vexaFilesetName", fileset->name);
-    addProperty(instance, "vexaFilesetID", fileset->id);
+    addProperty(instance, "vexaFilesetName", name);
+    addProperty(instance, "vexaFilesetID", id);
     addProperty(instance, "vexaFilesetRootINode", fileset->rootInode);
     addProperty(instance, "vexaFilesetParentID", fileset->parentId);
     addProperty(instance, "vexaFilesetINodes", CIMValue(Uint64(fileset->inodes)));
@@ -82,20 +93,21 @@ CIMInstance VexaProvider::createFileSetInstance(FileSet* fileset, ClusterInfo* c
         addProperty(instance, "vexaFilesetComment", fileset->comment);
     }
     addProperty(instance, "vexaFilesetStatus", fileset->status);
-    addProperty(instance, "vexaFileSystemName", fileset->fsName);
+    addProperty(instance, "vexaFileSystemName", fileSystemName);
     addProperty(instance, "vexaFilesetPath", fileset->path);
     addProperty(instance, "vexaFilesetCreated", creationTime(fileset));
 
     // The published class has no "ID" property: the id lives in the path
     // only.
     Array<CIMKeyBinding> keys;
-    appendKey(keys, "CSCreationClassName", "KOR_VEXA_Cluster");
-    appendKey(keys, "CSName", cluster->clusterName);
-    appendKey(keys, "FSCreationClassName", "KOR_VEXA_FileSystem");
-    appendKey(keys, "FSName", fileset->fsName);
-    appendKey(keys, "CreationClassName", "KOR_VEXA_Fileset");
-    appendKey(keys, "Name", fileset->name);
-    appendKey(keys, "ID", fileset->id);
+    keys.reserveCapacity(7);
+    appendKey(keys, "CSCreationClassName", clusterClass);
+    appendKey(keys, "CSName", clusterName);
+    appendKey(keys, "FSCreationClassName", fileSystemClass);
+    appendKey(keys, "FSName", fileSystemName);
+    appendKey(keys, "CreationClassName", filesetClass);
+    appendKey(keys, "Name", name);
+    appendKey(keys, "ID", id);
     instances::setInstancePath(instance, VEXA_FILESET, keys);
     return instance;
 }

@@ -31,6 +31,11 @@ inline void addProperty(Pegasus::CIMInstance& instance, const char* name,
     instance.addProperty(Pegasus::CIMProperty(Pegasus::CIMName(name), value));
 }
 
+inline void addProperty(Pegasus::CIMInstance& instance, const char* name,
+                        const Pegasus::String& text) {
+    addProperty(instance, name, Pegasus::CIMValue(text));
+}
+
 // Record text fields are character arrays. Without this overload they would
 // reach CIMValue through its Boolean constructor and publish TRUE.
 inline void addProperty(Pegasus::CIMInstance& instance, const char* name, const char* text) {

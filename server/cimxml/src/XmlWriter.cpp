@@ -2,6 +2,7 @@
 
 #include "Utf8.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace vexa::cimxml::detail {
@@ -10,157 +11,165 @@ namespace {
 
 constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
 
-bool allowedControl(unsigned char c) { return c == '\t' || c == '\n' || c == '\r'; }
+// ASCII that goes out as it is: everything printable but the characters
+// with entities, and the three control characters XML allows.
+struct PlainAscii {
+    bool table[128] = {};
+    constexpr PlainAscii() {
+        for (int c = 0x20; c < 0x80; c++)
+            table[c] = c != '&' && c != '<' && c != '>' && c != '"';
+        table[int('\t')] = table[int('\n')] = table[int('\r')] = true;
+    }
+};
+constexpr PlainAscii plainAscii;
+
+inline bool plain(uint32_t unit) { return unit < 0x80 && plainAscii.table[unit]; }
+
+// The markup, or the replacement, of an ASCII character that is not plain.
+std::string_view escapeOf(uint32_t c) {
+    switch (c) {
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '"':
+        return "&quot;";
+    default:
+        return replacementCharacter;
+    }
+}
 
 } // namespace
 
-void appendEscaped(std::string& out, std::string_view text) {
-    for (size_t pos = 0; pos < text.size();) {
+void XmlWriter::grow(size_t count) {
+    const size_t capacity = std::max<size_t>({capacity_ * 2, size_ + count, 4096});
+    std::unique_ptr<char[]> data(new char[capacity]);
+    if (size_)
+        std::memcpy(data.get(), data_.get(), size_);
+    data_ = std::move(data);
+    capacity_ = capacity;
+}
+
+// Runs of plain ASCII are found first and copied whole; only the bytes
+// between them are looked at one by one.
+void XmlWriter::putEscaped(std::string_view text) {
+    const size_t size = text.size();
+    size_t pos = 0;
+    while (pos < size) {
+        size_t end = pos;
+        while (end < size && plain(static_cast<unsigned char>(text[end])))
+            end++;
+        put(text.substr(pos, end - pos));
+        if (end == size)
+            break;
+        pos = end;
         const unsigned char c = static_cast<unsigned char>(text[pos]);
         if (c >= 0x80) {
             const size_t length = utf8SequenceLength(text, pos);
             if (length == 0) {
-                out += replacementCharacter;
+                put(replacementCharacter);
                 pos++;
             } else {
-                out.append(text.substr(pos, length));
+                put(text.substr(pos, length));
                 pos += length;
             }
             continue;
         }
-        switch (c) {
-        case '&':
-            out += "&amp;";
-            break;
-        case '<':
-            out += "&lt;";
-            break;
-        case '>':
-            out += "&gt;";
-            break;
-        case '"':
-            out += "&quot;";
-            break;
-        default:
-            if (c < 0x20 && !allowedControl(c))
-                out += replacementCharacter;
-            else
-                out += static_cast<char>(c);
-        }
+        put(escapeOf(c));
         pos++;
     }
 }
 
-void appendEscaped(std::string& out, const Pegasus::Char16* text, size_t length) {
-    // Converted a block at a time through a buffer on the stack: one
-    // append per block instead of one per character.
-    char block[512];
-    size_t used = 0;
-    const auto put = [&](std::string_view bytes) {
-        if (used + bytes.size() > sizeof block) {
-            out.append(block, used);
-            used = 0;
-        }
-        for (char c : bytes)
-            block[used++] = c;
+// Room for the worst case is made first (six bytes of "&quot;" per unit),
+// so the loop writes without checks: plain ASCII in a loop the compiler
+// can vectorise, anything else through the escapes and UTF-8.
+void XmlWriter::putEscaped(const Pegasus::Char16* text, size_t length) {
+    char* const start = room(length * 6);
+    char* to = start;
+    const auto unitAt = [text](size_t i) -> uint32_t {
+        return static_cast<Pegasus::Uint16>(text[i]);
     };
-    for (size_t pos = 0; pos < length; pos++) {
-        const uint32_t unit = static_cast<Pegasus::Uint16>(text[pos]);
-        if (unit >= 0x80) {
-            uint32_t codePoint = unit;
-            if (unit >= 0xD800 && unit <= 0xDFFF) {
-                const uint32_t low =
-                    pos + 1 < length ? static_cast<Pegasus::Uint16>(text[pos + 1]) : 0;
-                if (unit > 0xDBFF || low < 0xDC00 || low > 0xDFFF) {
-                    put(replacementCharacter);
-                    continue;
-                }
-                codePoint = 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
+    size_t pos = 0;
+    while (pos < length) {
+        size_t end = pos;
+        while (end < length && plain(unitAt(end)))
+            end++;
+        for (size_t i = pos; i < end; i++)
+            *to++ = static_cast<char>(unitAt(i));
+        if (end == length)
+            break;
+        pos = end;
+        const uint32_t unit = unitAt(pos);
+        std::string_view bytes;
+        char encoded[4];
+        if (unit < 0x80) {
+            bytes = escapeOf(unit);
+        } else if (unit >= 0xD800 && unit <= 0xDFFF) {
+            const uint32_t low = pos + 1 < length ? unitAt(pos + 1) : 0;
+            if (unit > 0xDBFF || low < 0xDC00 || low > 0xDFFF) {
+                bytes = replacementCharacter;
+            } else {
+                const uint32_t codePoint = 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
+                bytes = std::string_view(encoded, encodeUtf8(codePoint, encoded));
                 pos++;
             }
-            char bytes[4];
-            put(std::string_view(bytes, encodeUtf8(codePoint, bytes)));
-            continue;
+        } else {
+            bytes = std::string_view(encoded, encodeUtf8(unit, encoded));
         }
-        switch (unit) {
-        case '&':
-            put("&amp;");
-            break;
-        case '<':
-            put("&lt;");
-            break;
-        case '>':
-            put("&gt;");
-            break;
-        case '"':
-            put("&quot;");
-            break;
-        default:
-            if (unit < 0x20 && !allowedControl(static_cast<unsigned char>(unit))) {
-                put(replacementCharacter);
-            } else {
-                if (used == sizeof block) {
-                    out.append(block, used);
-                    used = 0;
-                }
-                block[used++] = static_cast<char>(unit);
-            }
-        }
+        std::memcpy(to, bytes.data(), bytes.size());
+        to += bytes.size();
+        pos++;
     }
-    out.append(block, used);
+    size_ += static_cast<size_t>(to - start);
 }
 
-void XmlWriter::finishStartTag() {
-    if (startTagPending_) {
-        out_ += '>';
-        startTagPending_ = false;
-    }
-}
-
-XmlWriter& XmlWriter::open(const char* name) {
+XmlWriter& XmlWriter::open(std::string_view name) {
     finishStartTag();
-    out_ += '<';
-    out_ += name;
+    put('<');
+    put(name);
     open_.push_back(name);
     startTagPending_ = true;
     return *this;
 }
 
-XmlWriter& XmlWriter::attribute(const char* name, std::string_view value) {
+XmlWriter& XmlWriter::attribute(std::string_view name, std::string_view value) {
     if (!startTagPending_)
         throw std::logic_error("XML attribute written outside a start tag");
-    out_ += ' ';
-    out_ += name;
-    out_ += "=\"";
-    appendEscaped(out_, value);
-    out_ += '"';
+    put(' ');
+    put(name);
+    put("=\"");
+    putEscaped(value);
+    put('"');
     return *this;
 }
 
-XmlWriter& XmlWriter::attribute(const char* name, const Pegasus::String& value) {
+XmlWriter& XmlWriter::attribute(std::string_view name, const Pegasus::String& value) {
     return attribute(name, value.getChar16Data(), value.size());
 }
 
-XmlWriter& XmlWriter::attribute(const char* name, const Pegasus::Char16* value, size_t length) {
+XmlWriter& XmlWriter::attribute(std::string_view name, const Pegasus::Char16* value,
+                                size_t length) {
     if (!startTagPending_)
         throw std::logic_error("XML attribute written outside a start tag");
-    out_ += ' ';
-    out_ += name;
-    out_ += "=\"";
-    appendEscaped(out_, value, length);
-    out_ += '"';
+    put(' ');
+    put(name);
+    put("=\"");
+    putEscaped(value, length);
+    put('"');
     return *this;
 }
 
 XmlWriter& XmlWriter::text(const Pegasus::String& text) {
     finishStartTag();
-    appendEscaped(out_, text.getChar16Data(), text.size());
+    putEscaped(text.getChar16Data(), text.size());
     return *this;
 }
 
 XmlWriter& XmlWriter::text(std::string_view text) {
     finishStartTag();
-    appendEscaped(out_, text);
+    putEscaped(text);
     return *this;
 }
 
@@ -168,9 +177,9 @@ XmlWriter& XmlWriter::close() {
     if (open_.empty())
         throw std::logic_error("XML end tag without an open element");
     finishStartTag();
-    out_ += "</";
-    out_ += open_.back();
-    out_ += '>';
+    put("</");
+    put(open_.back());
+    put('>');
     open_.pop_back();
     return *this;
 }
@@ -178,22 +187,16 @@ XmlWriter& XmlWriter::close() {
 XmlWriter& XmlWriter::closeEmpty() {
     if (open_.empty() || !startTagPending_)
         throw std::logic_error("self-closing XML element that has content");
-    out_ += "/>";
+    put("/>");
     startTagPending_ = false;
     open_.pop_back();
     return *this;
 }
 
-XmlWriter& XmlWriter::raw(std::string_view markup) {
-    finishStartTag();
-    out_.append(markup);
-    return *this;
-}
-
 void XmlWriter::rollBack(const Mark& mark) {
-    if (mark.bytes > out_.size() || mark.depth > open_.size())
+    if (mark.bytes > size_ || mark.depth > open_.size())
         throw std::logic_error("XML writer rolled back past text already handed away");
-    out_.resize(mark.bytes);
+    size_ = mark.bytes;
     open_.resize(mark.depth);
     startTagPending_ = mark.startTagPending;
 }
@@ -201,7 +204,9 @@ void XmlWriter::rollBack(const Mark& mark) {
 std::string XmlWriter::take() {
     if (!open_.empty())
         throw std::logic_error("XML document taken with open elements");
-    return std::move(out_);
+    std::string text(data_.get() ? data_.get() : "", size_);
+    size_ = 0;
+    return text;
 }
 
 } // namespace vexa::cimxml::detail

@@ -9,31 +9,45 @@
 
 #include <Pegasus/Common/String.h>
 
+#include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace vexa::cimxml::detail {
 
-// Quotes are escaped in text as well: the same routine serves attributes,
-// and embedded instances read the same either way.
-void appendEscaped(std::string& out, std::string_view text);
-// The same for UTF-16 text, converted to UTF-8 in the same pass; a lone
-// surrogate becomes U+FFFD.
-void appendEscaped(std::string& out, const Pegasus::Char16* text, size_t length);
-
+// Element and attribute names are the writer's own literals, taken as views
+// so that their lengths are known where they are written. Text is escaped
+// as it is copied in: quotes too, since the same routine serves attributes
+// and embedded instances read the same either way; UTF-16 text is
+// converted to UTF-8 in the same pass, a lone surrogate becoming U+FFFD.
 class XmlWriter {
 public:
-    XmlWriter& open(const char* name);
-    XmlWriter& attribute(const char* name, std::string_view value);
-    XmlWriter& attribute(const char* name, const char* value) {
+    XmlWriter() = default;
+    // A writer moved from is empty and may be written again.
+    XmlWriter(XmlWriter&& x) noexcept { *this = std::move(x); }
+    XmlWriter& operator=(XmlWriter&& x) noexcept {
+        data_ = std::move(x.data_);
+        size_ = std::exchange(x.size_, 0);
+        capacity_ = std::exchange(x.capacity_, 0);
+        open_ = std::move(x.open_);
+        x.open_.clear();
+        startTagPending_ = std::exchange(x.startTagPending_, false);
+        return *this;
+    }
+
+    XmlWriter& open(std::string_view name);
+    XmlWriter& attribute(std::string_view name, std::string_view value);
+    XmlWriter& attribute(std::string_view name, const char* value) {
         return attribute(name, std::string_view(value));
     }
-    XmlWriter& attribute(const char* name, const std::string& value) {
+    XmlWriter& attribute(std::string_view name, const std::string& value) {
         return attribute(name, std::string_view(value));
     }
-    XmlWriter& attribute(const char* name, const Pegasus::String& value);
-    XmlWriter& attribute(const char* name, const Pegasus::Char16* value, size_t length);
+    XmlWriter& attribute(std::string_view name, const Pegasus::String& value);
+    XmlWriter& attribute(std::string_view name, const Pegasus::Char16* value, size_t length);
     XmlWriter& text(std::string_view text);
     XmlWriter& text(const char* text) { return this->text(std::string_view(text)); }
     XmlWriter& text(const std::string& text) { return this->text(std::string_view(text)); }
@@ -43,16 +57,19 @@ public:
     // An element without content, as <NAME .../>; only for the elements
     // both clients accept that way (NAMESPACE, CLASSNAME).
     XmlWriter& closeEmpty();
-    XmlWriter& raw(std::string_view markup);
+    XmlWriter& raw(std::string_view markup) {
+        finishStartTag();
+        put(markup);
+        return *this;
+    }
 
     size_t openElements() const { return open_.size(); }
-    const std::string& str() const { return out_; }
     std::string take();
 
     // Hands the text written so far away (to be sent while the document
     // goes on) and keeps the buffer's memory for what follows.
-    std::string_view pending() const { return out_; }
-    void clearPending() { out_.clear(); }
+    std::string_view pending() const { return std::string_view(data_.get(), size_); }
+    void clearPending() { size_ = 0; }
 
     // A point to go back to when writing an element fails halfway.
     struct Mark {
@@ -60,14 +77,38 @@ public:
         size_t depth;
         bool startTagPending;
     };
-    Mark mark() const { return {out_.size(), open_.size(), startTagPending_}; }
+    Mark mark() const { return {size_, open_.size(), startTagPending_}; }
     void rollBack(const Mark& mark);
 
 private:
-    void finishStartTag();
+    void finishStartTag() {
+        if (startTagPending_) {
+            put('>');
+            startTagPending_ = false;
+        }
+    }
+    // Where the next `count` bytes go; they count once `size_` is moved on.
+    char* room(size_t count) {
+        if (capacity_ - size_ < count)
+            grow(count);
+        return data_.get() + size_;
+    }
+    void grow(size_t count);
+    void put(char c) {
+        *room(1) = c;
+        size_++;
+    }
+    void put(std::string_view bytes) {
+        std::memcpy(room(bytes.size()), bytes.data(), bytes.size());
+        size_ += bytes.size();
+    }
+    void putEscaped(std::string_view text);
+    void putEscaped(const Pegasus::Char16* text, size_t length);
 
-    std::string out_;
-    std::vector<const char*> open_;
+    std::unique_ptr<char[]> data_;
+    size_t size_ = 0;
+    size_t capacity_ = 0;
+    std::vector<std::string_view> open_;
     bool startTagPending_ = false;
 };
 
