@@ -255,17 +255,50 @@ CIMDateTimeRep parse(const String& str) {
     return rep;
 }
 
+// Writes `value` in exactly `width` digits, zero-padded; false when it has
+// more. Values are written often enough (every datetime of every answer)
+// that snprintf's format parsing shows.
+bool putDigits(char*& at, Uint32 value, int width) {
+    for (int i = width - 1; i >= 0; i--) {
+        at[i] = char('0' + value % 10);
+        value /= 10;
+    }
+    at += width;
+    return value == 0;
+}
+
 String format(const CIMDateTimeRep& rep) {
     Fields f = toFields(rep.usec, rep.interval);
     char text[64];
+    char* at = text;
+    bool fits = true;
+    const Sint32 offset = rep.utcOffset < 0 ? -rep.utcOffset : rep.utcOffset;
     if (rep.interval) {
-        std::snprintf(text, sizeof(text), "%08u%02u%02u%02u.%06u:000", f.day, f.hours, f.minutes,
-                      f.seconds, f.microseconds);
+        fits = putDigits(at, f.day, 8) && putDigits(at, f.hours, 2) &&
+               putDigits(at, f.minutes, 2) && putDigits(at, f.seconds, 2);
+        *at++ = '.';
+        fits = fits && putDigits(at, f.microseconds, 6);
+        for (char c : {':', '0', '0', '0'})
+            *at++ = c;
     } else {
-        Sint32 offset = rep.utcOffset < 0 ? -rep.utcOffset : rep.utcOffset;
-        std::snprintf(text, sizeof(text), "%04u%02u%02u%02u%02u%02u.%06u%c%03d", f.year, f.month,
-                      f.day, f.hours, f.minutes, f.seconds, f.microseconds,
-                      rep.utcOffset < 0 ? '-' : '+', offset);
+        fits = putDigits(at, f.year, 4) && putDigits(at, f.month, 2) && putDigits(at, f.day, 2) &&
+               putDigits(at, f.hours, 2) && putDigits(at, f.minutes, 2) &&
+               putDigits(at, f.seconds, 2);
+        *at++ = '.';
+        fits = fits && putDigits(at, f.microseconds, 6);
+        *at++ = rep.utcOffset < 0 ? '-' : '+';
+        fits = fits && putDigits(at, Uint32(offset), 3);
+    }
+    *at = '\0';
+    if (!fits) {
+        // Out of the usual ranges the digits are written in full, as before.
+        if (rep.interval)
+            std::snprintf(text, sizeof(text), "%08u%02u%02u%02u.%06u:000", f.day, f.hours,
+                          f.minutes, f.seconds, f.microseconds);
+        else
+            std::snprintf(text, sizeof(text), "%04u%02u%02u%02u%02u%02u.%06u%c%03d", f.year,
+                          f.month, f.day, f.hours, f.minutes, f.seconds, f.microseconds,
+                          rep.utcOffset < 0 ? '-' : '+', offset);
     }
     for (Uint32 d = DIGIT_POSITIONS - rep.wildcards; d < DIGIT_POSITIONS; d++)
         text[digitPosition(d)] = '*';

@@ -12,15 +12,8 @@
 
 PEGASUS_NAMESPACE_BEGIN
 
-// Units are stored right after the header and always followed by a NUL
-// unit, so getChar16Data() needs no copy.
-struct StringRep {
-    std::atomic<Uint32> refs;
-    Uint32 size;
-    Uint32 capacity;
-
-    Char16* data() { return reinterpret_cast<Char16*>(this + 1); }
-
+// How strings' storage is made and shared; the layout is in String.h.
+struct Rep {
     static StringRep* allocate(Uint32 capacity) {
         void* memory = ::operator new(sizeof(StringRep) + (std::size_t(capacity) + 1) * 2);
         StringRep* rep = new (memory) StringRep;
@@ -35,7 +28,7 @@ struct StringRep {
         if (n == 0)
             return nullptr;
         StringRep* rep = allocate(n);
-        std::memcpy(rep->data(), units, std::size_t(n) * sizeof(Char16));
+        std::memcpy(static_cast<void*>(rep->data()), units, std::size_t(n) * sizeof(Char16));
         rep->size = n;
         rep->data()[n] = 0;
         return rep;
@@ -54,12 +47,12 @@ struct StringRep {
     }
 };
 
+const Char16 String::_noUnits[1] = {Char16()};
+
 static_assert(sizeof(Char16) == 2, "a Char16 is one UTF-16 unit");
 static_assert(sizeof(StringRep) % alignof(Char16) == 0, "units follow the header");
 
 namespace {
-
-const Char16 emptyUnits[1] = {Char16()};
 
 // Makes `rep` unshared with room for `capacity` units, keeping its text.
 StringRep* ownWithCapacity(StringRep* rep, Uint32 capacity) {
@@ -68,12 +61,12 @@ StringRep* ownWithCapacity(StringRep* rep, Uint32 capacity) {
         return rep;
     if (capacity < size)
         capacity = size;
-    StringRep* fresh = StringRep::allocate(capacity);
+    StringRep* fresh = Rep::allocate(capacity);
     if (rep) {
         std::memcpy(fresh->data(), rep->data(), std::size_t(size + 1) * sizeof(Char16));
         fresh->size = size;
     }
-    StringRep::release(rep);
+    Rep::release(rep);
     return fresh;
 }
 
@@ -95,7 +88,7 @@ StringRep* fromUtf8(const char* bytes, Uint32 n) {
     if (n == 0)
         return nullptr;
     // UTF-16 never needs more units than UTF-8 needs bytes.
-    StringRep* rep = StringRep::allocate(n);
+    StringRep* rep = Rep::allocate(n);
     Char16* units = rep->data();
     Uint32 ascii = 0;
     while (ascii < n && static_cast<unsigned char>(bytes[ascii]) < 0x80) {
@@ -107,7 +100,7 @@ StringRep* fromUtf8(const char* bytes, Uint32 n) {
         try {
             count = decodeUtf8(bytes, n, units);
         } catch (...) {
-            StringRep::release(rep);
+            Rep::release(rep);
             throw;
         }
     }
@@ -115,8 +108,8 @@ StringRep* fromUtf8(const char* bytes, Uint32 n) {
     rep->size = count;
     // Multi-byte text leaves unused room; give it back when it is worth it.
     if (n - count > 8) {
-        StringRep* exact = StringRep::make(units, count);
-        StringRep::release(rep);
+        StringRep* exact = Rep::make(units, count);
+        Rep::release(rep);
         return exact;
     }
     return rep;
@@ -163,24 +156,24 @@ const String String::EMPTY;
 
 String::String() : _rep(nullptr) {}
 
-String::String(const String& str) : _rep(str._rep) { StringRep::retain(_rep); }
+String::String(const String& str) : _rep(str._rep) { Rep::retain(_rep); }
 
 String::String(const String& str, Uint32 n) : _rep(nullptr) {
     if (n > str.size())
         throw IndexOutOfBoundsException();
-    _rep = StringRep::make(str.getChar16Data(), n);
+    _rep = Rep::make(str.getChar16Data(), n);
 }
 
 String::String(const Char16* str) : _rep(nullptr) {
     if (!str)
         throw NullPointer();
-    _rep = StringRep::make(str, unitCount(str));
+    _rep = Rep::make(str, unitCount(str));
 }
 
 String::String(const Char16* str, Uint32 n) : _rep(nullptr) {
     if (!str)
         throw NullPointer();
-    _rep = StringRep::make(str, n);
+    _rep = Rep::make(str, n);
 }
 
 String::String(const char* str) : _rep(nullptr) {
@@ -195,14 +188,14 @@ String::String(const char* str, Uint32 n) : _rep(nullptr) {
     _rep = fromUtf8(str, n);
 }
 
-String::~String() { StringRep::release(_rep); }
+String::~String() { Rep::release(_rep); }
 
 String& String::operator=(const String& str) { return assign(str); }
 
 String& String::assign(const String& str) {
     if (_rep != str._rep) {
-        StringRep::retain(str._rep);
-        StringRep::release(_rep);
+        Rep::retain(str._rep);
+        Rep::release(_rep);
         _rep = str._rep;
     }
     return *this;
@@ -233,15 +226,11 @@ String& String::assign(const char* str, Uint32 n) {
 }
 
 void String::clear() {
-    StringRep::release(_rep);
+    Rep::release(_rep);
     _rep = nullptr;
 }
 
 void String::reserveCapacity(Uint32 capacity) { _rep = ownWithCapacity(_rep, capacity); }
-
-Uint32 String::size() const { return _rep ? _rep->size : 0; }
-
-const Char16* String::getChar16Data() const { return _rep ? _rep->data() : emptyUnits; }
 
 CString String::getCString() const {
     const Char16* units = getChar16Data();
@@ -289,13 +278,13 @@ String& String::append(const Char16* str, Uint32 n) {
     if (!_rep || _rep->capacity < needed || _rep->refs.load(std::memory_order_acquire) != 1) {
         // Copy into a fresh buffer before letting go of the old one: `str`
         // may point into it.
-        StringRep* fresh = StringRep::allocate(grownCapacity(_rep, needed));
+        StringRep* fresh = Rep::allocate(grownCapacity(_rep, needed));
         if (oldSize)
             std::memcpy(fresh->data(), _rep->data(), std::size_t(oldSize) * sizeof(Char16));
         std::memcpy(fresh->data() + oldSize, str, std::size_t(n) * sizeof(Char16));
         fresh->size = Uint32(needed);
         fresh->data()[needed] = 0;
-        StringRep::release(_rep);
+        Rep::release(_rep);
         _rep = fresh;
         return *this;
     }

@@ -5,13 +5,26 @@
 #include <Pegasus/Common/Char16.h>
 #include <Pegasus/Common/Config.h>
 #include <Pegasus/Common/Linkage.h>
+#include <atomic>
 #include <cstdarg>
 #include <iostream>
 
 PEGASUS_NAMESPACE_BEGIN
 
 class String;
-struct StringRep;
+
+// The head of a string's storage: the units follow it and end in a NUL
+// unit. Laid out here only so that size() and getChar16Data(), called for
+// nearly every text written or compared, are inline; String alone makes
+// and changes it.
+struct StringRep {
+    std::atomic<Uint32> refs;
+    Uint32 size;
+    Uint32 capacity;
+
+    Char16* data() { return reinterpret_cast<Char16*>(this + 1); }
+    const Char16* data() const { return reinterpret_cast<const Char16*>(this + 1); }
+};
 
 // An owned, NUL-terminated UTF-8 copy of a String. Only String makes
 // non-null ones; the bytes die with the object.
@@ -51,8 +64,8 @@ public:
     void clear();
     void reserveCapacity(Uint32 capacity);
 
-    Uint32 size() const;
-    const Char16* getChar16Data() const;
+    Uint32 size() const { return _rep ? _rep->size : 0; }
+    const Char16* getChar16Data() const { return _rep ? _rep->data() : _noUnits; }
     CString getCString() const;
     Char16& operator[](Uint32 index);
     const Char16 operator[](Uint32 index) const;
@@ -78,6 +91,7 @@ public:
     static Boolean equalNoCase(const String& s1, const String& s2);
 
 private:
+    static const Char16 _noUnits[1];
     StringRep* _rep;
 };
 
