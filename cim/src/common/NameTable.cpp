@@ -59,12 +59,17 @@ public:
         if (n == 0 || n > MAX_NAME_UNITS)
             return makeName();
         Uint32 hash = hashUnits(units, n);
+        Slot& recent = recentNames()[hash % RECENT_NAMES];
+        if (recent.hash == hash && sameUnits(recent.name, units, n))
+            return recent.name;
         std::lock_guard<std::mutex> guard(_lock);
         Uint32 mask = Uint32(_slots.size()) - 1;
         Uint32 index = hash & mask;
         for (; _slots[index].name.size() != 0; index = (index + 1) & mask) {
-            if (_slots[index].hash == hash && sameUnits(_slots[index].name, units, n))
+            if (_slots[index].hash == hash && sameUnits(_slots[index].name, units, n)) {
+                recent = _slots[index];
                 return _slots[index].name;
+            }
         }
         if (_count >= MAX_NAMES)
             return makeName();
@@ -72,6 +77,7 @@ public:
         _slots[index].hash = hash;
         _slots[index].name = name;
         _count++;
+        recent = _slots[index];
         if (_count * 2 > _slots.size())
             grow();
         return name;
@@ -82,6 +88,16 @@ private:
         Uint32 hash = 0;
         String name;
     };
+
+    // Each thread's recently found names, looked at before the shared table:
+    // providers make the same few dozen property names for every instance
+    // they build, and would otherwise take the table's lock for each. Only
+    // names the table holds are kept, so both give the same answers.
+    static const Uint32 RECENT_NAMES = 251;
+    static Slot* recentNames() {
+        thread_local Slot recent[RECENT_NAMES];
+        return recent;
+    }
 
     NameTable() : _slots(1024) {}
 

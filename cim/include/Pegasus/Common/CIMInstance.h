@@ -29,6 +29,15 @@ public:
     explicit CIMInstance(const CIMObject& x);
     CIMInstance(const CIMName& className);
     CIMInstance& operator=(const CIMInstance& x);
+    // A handle moved from is left uninitialised; lists of instances grow
+    // without touching the shared counts.
+    CIMInstance(CIMInstance&& x) noexcept : _rep(x._rep) { x._rep = nullptr; }
+    CIMInstance& operator=(CIMInstance&& x) noexcept {
+        CIMObjectRep* mine = _rep;
+        _rep = x._rep;
+        x._rep = mine;
+        return *this;
+    }
     ~CIMInstance();
 
     const CIMName& getClassName() const;

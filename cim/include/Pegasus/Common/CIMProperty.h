@@ -24,9 +24,18 @@ public:
     CIMProperty(const CIMName& name, const CIMValue& value, Uint32 arraySize = 0,
                 const CIMName& referenceClassName = CIMName(),
                 const CIMName& classOrigin = CIMName(), Boolean propagated = false);
+    // A handle moved from is left uninitialised; lists of properties grow
+    // without touching the shared counts.
+    CIMProperty(CIMProperty&& x) noexcept : _rep(x._rep) { x._rep = nullptr; }
     ~CIMProperty();
 
     CIMProperty& operator=(const CIMProperty& x);
+    CIMProperty& operator=(CIMProperty&& x) noexcept {
+        CIMPropertyRep* mine = _rep;
+        _rep = x._rep;
+        x._rep = mine;
+        return *this;
+    }
 
     const CIMName& getName() const;
     void setName(const CIMName& name);

@@ -53,9 +53,17 @@ public:
     String(const Char16* str, Uint32 n);
     String(const char* str);
     String(const char* str, Uint32 n);
+    // A string moved from is left empty.
+    String(String&& str) noexcept : _rep(str._rep) { str._rep = nullptr; }
     ~String();
 
     String& operator=(const String& str);
+    String& operator=(String&& str) noexcept {
+        StringRep* mine = _rep;
+        _rep = str._rep;
+        str._rep = mine;
+        return *this;
+    }
     String& assign(const String& str);
     String& assign(const Char16* str);
     String& assign(const Char16* str, Uint32 n);
