@@ -16,15 +16,24 @@ namespace {
 // One role of an association: its name and the class the schema declares
 // for it.
 struct Role {
-    const char* name;
+    const CIMName& name;
     const CIMName& declaredClass;
 };
+
+// The role names, made once for the hundreds of thousands of associations
+// of a large cluster.
+const CIMName ANTECEDENT("Antecedent");
+const CIMName DEPENDENT("Dependent");
+const CIMName GROUP_COMPONENT("GroupComponent");
+const CIMName PART_COMPONENT("PartComponent");
+const CIMName CONFORMANT_STANDARD("ConformantStandard");
+const CIMName MANAGED_ELEMENT("ManagedElement");
 
 CIMInstance makeAssociation(const CIMName& associationClass, const Role& firstRole,
                             const CIMObjectPath& first, const Role& secondRole,
                             const CIMObjectPath& second) {
-    const CIMName firstName(firstRole.name);
-    const CIMName secondName(secondRole.name);
+    const CIMName& firstName = firstRole.name;
+    const CIMName& secondName = secondRole.name;
     const CIMValue firstValue(first);
     const CIMValue secondValue(second);
     CIMInstance association(associationClass);
@@ -59,56 +68,56 @@ void VexaProvider::setCompletePath(CIMInstance& instance) {
 }
 
 CIMInstance VexaProvider::createVexaStorageComp(CIMObjectPath pool, CIMObjectPath disk) {
-    return makeAssociation(VEXA_ASSOC_STORAGE_COMP, {"GroupComponent", VEXA_STORAGE_POOL}, pool,
-                           {"PartComponent", VEXA_DISK}, disk);
+    return makeAssociation(VEXA_ASSOC_STORAGE_COMP, {GROUP_COMPONENT, VEXA_STORAGE_POOL}, pool,
+                           {PART_COMPONENT, VEXA_DISK}, disk);
 }
 
 CIMInstance VexaProvider::createVexaComponentCS(CIMObjectPath cluster, CIMObjectPath node) {
-    return makeAssociation(VEXA_COMPONENTCS, {"GroupComponent", VEXA_CLUSTER}, cluster,
-                           {"PartComponent", VEXA_NODE}, node);
+    return makeAssociation(VEXA_COMPONENTCS, {GROUP_COMPONENT, VEXA_CLUSTER}, cluster,
+                           {PART_COMPONENT, VEXA_NODE}, node);
 }
 
 // The schema declares the managed element of the system's conformance as the
 // cluster class, although the discovery list passes the computer system.
 CIMInstance VexaProvider::createAssocCS(CIMObjectPath profile, CIMObjectPath system) {
-    return makeAssociation(ELEMENT_CONFORMS_TO_PROFILE, {"ConformantStandard", REGISTERED_PROFILE},
-                           profile, {"ManagedElement", VEXA_CLUSTER}, system);
+    return makeAssociation(ELEMENT_CONFORMS_TO_PROFILE, {CONFORMANT_STANDARD, REGISTERED_PROFILE},
+                           profile, {MANAGED_ELEMENT, VEXA_CLUSTER}, system);
 }
 
 CIMInstance VexaProvider::createAssocObjMgr(CIMObjectPath profile, CIMObjectPath objectManager) {
-    return makeAssociation(ELEMENT_CONFORMS_TO_PROFILE, {"ConformantStandard", REGISTERED_PROFILE},
-                           profile, {"ManagedElement", CIM_OBJECT_MANAGER_CLASS}, objectManager);
+    return makeAssociation(ELEMENT_CONFORMS_TO_PROFILE, {CONFORMANT_STANDARD, REGISTERED_PROFILE},
+                           profile, {MANAGED_ELEMENT, CIM_OBJECT_MANAGER_CLASS}, objectManager);
 }
 
 CIMInstance VexaProvider::createVexaFSPolicy(CIMObjectPath fileSystem, CIMObjectPath policy) {
-    return makeAssociation(VEXA_FILESYSTEM_POLICY, {"Antecedent", VEXA_FILESYSTEM}, fileSystem,
-                           {"Dependent", VEXA_POLICY}, policy);
+    return makeAssociation(VEXA_FILESYSTEM_POLICY, {ANTECEDENT, VEXA_FILESYSTEM}, fileSystem,
+                           {DEPENDENT, VEXA_POLICY}, policy);
 }
 
 CIMInstance VexaProvider::createVexaFileSystemMgr(CIMObjectPath fileSystem, CIMObjectPath node) {
-    return makeAssociation(VEXA_FILESYSTEM_MGR, {"Antecedent", VEXA_FILESYSTEM}, fileSystem,
-                           {"Dependent", VEXA_NODE}, node);
+    return makeAssociation(VEXA_FILESYSTEM_MGR, {ANTECEDENT, VEXA_FILESYSTEM}, fileSystem,
+                           {DEPENDENT, VEXA_NODE}, node);
 }
 
 CIMInstance VexaProvider::createVexaConfigMgr(CIMObjectPath cluster, CIMObjectPath node) {
-    return makeAssociation(VEXA_CONFIG_MGR, {"Antecedent", VEXA_CLUSTER}, cluster,
-                           {"Dependent", VEXA_NODE}, node);
+    return makeAssociation(VEXA_CONFIG_MGR, {ANTECEDENT, VEXA_CLUSTER}, cluster,
+                           {DEPENDENT, VEXA_NODE}, node);
 }
 
 CIMInstance VexaProvider::createVexaMounted(CIMObjectPath node, CIMObjectPath fileSystem) {
-    return makeAssociation(VEXA_MOUNTED, {"Antecedent", VEXA_NODE}, node,
-                           {"Dependent", VEXA_FILESYSTEM}, fileSystem);
+    return makeAssociation(VEXA_MOUNTED, {ANTECEDENT, VEXA_NODE}, node,
+                           {DEPENDENT, VEXA_FILESYSTEM}, fileSystem);
 }
 
 CIMInstance VexaProvider::createVexaFreeNsd(CIMObjectPath cluster, CIMObjectPath disk) {
-    return makeAssociation(VEXA_FREE_NSD, {"Antecedent", VEXA_CLUSTER}, cluster,
-                           {"Dependent", VEXA_DISK}, disk);
+    return makeAssociation(VEXA_FREE_NSD, {ANTECEDENT, VEXA_CLUSTER}, cluster,
+                           {DEPENDENT, VEXA_DISK}, disk);
 }
 
 CIMInstance VexaProvider::createVexaNodeAccessNsd(CIMObjectPath node, CIMObjectPath disk,
                                                   DiskAccessInfo* access, ClusterInfo* cluster) {
-    CIMInstance association = makeAssociation(VEXA_NODE_ACCESSES_NSD, {"Antecedent", VEXA_NODE},
-                                              node, {"Dependent", VEXA_DISK}, disk);
+    CIMInstance association = makeAssociation(VEXA_NODE_ACCESSES_NSD, {ANTECEDENT, VEXA_NODE}, node,
+                                              {DEPENDENT, VEXA_DISK}, disk);
     // A node reaches a disk either through its own device or through a
     // serving node; the other of the two texts stays empty.
     const bool local = access->localAccess != 0;
@@ -126,8 +135,8 @@ CIMInstance VexaProvider::createVexaNodeAccessNsd(CIMObjectPath node, CIMObjectP
 
 CIMInstance VexaProvider::createVexaNodeServNsd(CIMObjectPath disk, CIMObjectPath node,
                                                 unsigned int order) {
-    CIMInstance association = makeAssociation(VEXA_NODE_SERVING_NSD, {"Antecedent", VEXA_DISK},
-                                              disk, {"Dependent", VEXA_NODE}, node);
+    CIMInstance association = makeAssociation(VEXA_NODE_SERVING_NSD, {ANTECEDENT, VEXA_DISK}, disk,
+                                              {DEPENDENT, VEXA_NODE}, node);
     association.addProperty(
         CIMProperty(CIMName("vexaNsdServerOrder"), CIMValue(static_cast<Uint32>(order))));
     setCompletePath(association);
@@ -136,62 +145,62 @@ CIMInstance VexaProvider::createVexaNodeServNsd(CIMObjectPath disk, CIMObjectPat
 
 CIMInstance VexaProvider::createAssocGroupQuotaInstances(CIMObjectPath fileSystem,
                                                          CIMObjectPath quota) {
-    return makeAssociation(VEXA_ASSOC_FILESYSTEM_GROUPQUOTAS, {"Antecedent", VEXA_FILESYSTEM},
-                           fileSystem, {"Dependent", VEXA_GROUP_QUOTA}, quota);
+    return makeAssociation(VEXA_ASSOC_FILESYSTEM_GROUPQUOTAS, {ANTECEDENT, VEXA_FILESYSTEM},
+                           fileSystem, {DEPENDENT, VEXA_GROUP_QUOTA}, quota);
 }
 
 CIMInstance VexaProvider::createAssocUserQuotaInstances(CIMObjectPath fileSystem,
                                                         CIMObjectPath quota) {
-    return makeAssociation(VEXA_ASSOC_FILESYSTEM_USERQUOTAS, {"Antecedent", VEXA_FILESYSTEM},
-                           fileSystem, {"Dependent", VEXA_USER_QUOTA}, quota);
+    return makeAssociation(VEXA_ASSOC_FILESYSTEM_USERQUOTAS, {ANTECEDENT, VEXA_FILESYSTEM},
+                           fileSystem, {DEPENDENT, VEXA_USER_QUOTA}, quota);
 }
 
 CIMInstance VexaProvider::createAssocFilesetQuotaInstances(CIMObjectPath fileSystem,
                                                            CIMObjectPath quota) {
-    return makeAssociation(VEXA_ASSOC_FILESYSTEM_FILESETQUOTAS, {"Antecedent", VEXA_FILESYSTEM},
-                           fileSystem, {"Dependent", VEXA_FILESET_QUOTA}, quota);
+    return makeAssociation(VEXA_ASSOC_FILESYSTEM_FILESETQUOTAS, {ANTECEDENT, VEXA_FILESYSTEM},
+                           fileSystem, {DEPENDENT, VEXA_FILESET_QUOTA}, quota);
 }
 
 CIMInstance VexaProvider::createGroupAssocInstance(CIMObjectPath fileSystem, CIMObjectPath group) {
-    return makeAssociation(VEXA_ASSOC_GROUP, {"Antecedent", VEXA_FILESYSTEM}, fileSystem,
-                           {"Dependent", VEXA_GROUP}, group);
+    return makeAssociation(VEXA_ASSOC_GROUP, {ANTECEDENT, VEXA_FILESYSTEM}, fileSystem,
+                           {DEPENDENT, VEXA_GROUP}, group);
 }
 
 CIMInstance VexaProvider::createUserAssocInstance(CIMObjectPath fileSystem, CIMObjectPath user) {
-    return makeAssociation(VEXA_ASSOC_USER, {"Antecedent", VEXA_FILESYSTEM}, fileSystem,
-                           {"Dependent", VEXA_USER}, user);
+    return makeAssociation(VEXA_ASSOC_USER, {ANTECEDENT, VEXA_FILESYSTEM}, fileSystem,
+                           {DEPENDENT, VEXA_USER}, user);
 }
 
 // Declared exactly like the group-quota association: the schema gives the
 // user quota's owner end the group class.
 CIMInstance VexaProvider::createVexaAssociatedUserQuota(CIMObjectPath owner, CIMObjectPath quota) {
-    return makeAssociation(VEXA_ASSOC_USER_QUOTA, {"Antecedent", VEXA_GROUP}, owner,
-                           {"Dependent", VEXA_USER_QUOTA}, quota);
+    return makeAssociation(VEXA_ASSOC_USER_QUOTA, {ANTECEDENT, VEXA_GROUP}, owner,
+                           {DEPENDENT, VEXA_USER_QUOTA}, quota);
 }
 
 CIMInstance VexaProvider::createVexaAssociatedGroupQuota(CIMObjectPath group, CIMObjectPath quota) {
-    return makeAssociation(VEXA_ASSOC_GROUP_QUOTA, {"Antecedent", VEXA_GROUP}, group,
-                           {"Dependent", VEXA_GROUP_QUOTA}, quota);
+    return makeAssociation(VEXA_ASSOC_GROUP_QUOTA, {ANTECEDENT, VEXA_GROUP}, group,
+                           {DEPENDENT, VEXA_GROUP_QUOTA}, quota);
 }
 
 CIMInstance VexaProvider::createVexaAssociatedFilesetQuota(CIMObjectPath fileset,
                                                            CIMObjectPath quota) {
-    return makeAssociation(VEXA_ASSOC_FILESET_QUOTA, {"Antecedent", VEXA_FILESET}, fileset,
-                           {"Dependent", VEXA_FILESET_QUOTA}, quota);
+    return makeAssociation(VEXA_ASSOC_FILESET_QUOTA, {ANTECEDENT, VEXA_FILESET}, fileset,
+                           {DEPENDENT, VEXA_FILESET_QUOTA}, quota);
 }
 
 CIMInstance VexaProvider::createVexaAssociatedFileset(CIMObjectPath fileSystem,
                                                       CIMObjectPath fileset) {
-    return makeAssociation(VEXA_ASSOC_FILESET, {"Antecedent", VEXA_FILESYSTEM}, fileSystem,
-                           {"Dependent", VEXA_FILESET}, fileset);
+    return makeAssociation(VEXA_ASSOC_FILESET, {ANTECEDENT, VEXA_FILESYSTEM}, fileSystem,
+                           {DEPENDENT, VEXA_FILESET}, fileset);
 }
 
 CIMInstance VexaProvider::createVexaAssocSP(CIMObjectPath fileSystem, CIMObjectPath pool) {
-    return makeAssociation(VEXA_ASSOC_STORAGE, {"Antecedent", VEXA_FILESYSTEM}, fileSystem,
-                           {"Dependent", VEXA_STORAGE_POOL}, pool);
+    return makeAssociation(VEXA_ASSOC_STORAGE, {ANTECEDENT, VEXA_FILESYSTEM}, fileSystem,
+                           {DEPENDENT, VEXA_STORAGE_POOL}, pool);
 }
 
 CIMInstance VexaProvider::createVexaHostedFS(CIMObjectPath cluster, CIMObjectPath fileSystem) {
-    return makeAssociation(VEXA_HOSTED_FILESYSTEM, {"GroupComponent", VEXA_CLUSTER}, cluster,
-                           {"PartComponent", VEXA_FILESYSTEM}, fileSystem);
+    return makeAssociation(VEXA_HOSTED_FILESYSTEM, {GROUP_COMPONENT, VEXA_CLUSTER}, cluster,
+                           {PART_COMPONENT, VEXA_FILESYSTEM}, fileSystem);
 }

@@ -25,6 +25,7 @@
 
 #include "cimProvider.h"
 #include "lockGuards.h"
+#include "HeapSettings.h"
 
 PEGASUS_USING_PEGASUS;
 
@@ -248,6 +249,9 @@ bool ensureModel(const std::string& dir, const std::string& size, std::string* p
 } // namespace
 
 int main(int argc, char** argv) {
+    // The heap as vexa-cimserver sets it up, since the pass stands for its
+    // first request.
+    vexa::heap::useHugePages();
     std::vector<std::string> sizes = {"small", "medium", "large"};
     const char* tmp = std::getenv("TMPDIR");
     std::string models = std::string(tmp != nullptr && *tmp ? tmp : "/tmp") + "/vexa-bench-models";

@@ -61,53 +61,79 @@ CIMInstance VexaProvider::createFileSetInstance(FileSet* fileset, ClusterInfo* c
     // Logged under the pool builder's label "stgId", as log filters expect.
     ts_log(0, "VexaProvider::createFileSetInstance", "stgId = %s\n", filesetId.c_str());
 
-    // Texts used more than once are made once: the path's keys then share
-    // them with the properties, and a large cluster's filesets hold one copy
-    // of each class name instead of one per fileset.
-    const String& clusterClass = VEXA_CLUSTER.getString();
-    const String& fileSystemClass = VEXA_FILESYSTEM.getString();
-    const String& filesetClass = VEXA_FILESET.getString();
+    // Names, and values used more than once, are made once: the path's keys
+    // then share the properties' texts, and a large cluster's filesets share
+    // one copy of each class name and of the names.
+    struct Names {
+        const CIMName csCreationClassName{"CSCreationClassName"};
+        const CIMName csName{"CSName"};
+        const CIMName fsCreationClassName{"FSCreationClassName"};
+        const CIMName fsName{"FSName"};
+        const CIMName creationClassName{"CreationClassName"};
+        const CIMName name{"Name"};
+        const CIMName clusterName{"vexaFilesetClusterName"};
+        const CIMName version{"vexaFilesetVersion"};
+        const CIMName filesetName{"vexaFilesetName"};
+        const CIMName filesetId{"vexaFilesetID"};
+        const CIMName rootInode{"vexaFilesetRootINode"};
+        const CIMName parentId{"vexaFilesetParentID"};
+        const CIMName inodes{"vexaFilesetINodes"};
+        const CIMName dataKB{"vexaFilesetDataInKB"};
+        const CIMName comment{"vexaFilesetComment"};
+        const CIMName status{"vexaFilesetStatus"};
+        const CIMName fileSystemName{"vexaFileSystemName"};
+        const CIMName path{"vexaFilesetPath"};
+        const CIMName created{"vexaFilesetCreated"};
+        const CIMName id{"ID"};
+        const CIMValue clusterClass{VEXA_CLUSTER.getString()};
+        const CIMValue fileSystemClass{VEXA_FILESYSTEM.getString()};
+        const CIMValue filesetClass{VEXA_FILESET.getString()};
+    };
+    static const Names names;
     const String clusterName(cluster->clusterName);
     const String fileSystemName(fileset->fsName);
     const String name(fileset->name);
     const String id(fileset->id);
+    const CIMValue clusterNameValue(clusterName);
+    const CIMValue fileSystemNameValue(fileSystemName);
+    const CIMValue nameValue(name);
 
     CIMInstance instance(VEXA_FILESET);
-    addProperty(instance, "CSCreationClassName", clusterClass);
-    addProperty(instance, "CSName", clusterName);
-    addProperty(instance, "FSCreationClassName", fileSystemClass);
-    addProperty(instance, "FSName", fileSystemName);
-    addProperty(instance, "CreationClassName", filesetClass);
-    addProperty(instance, "Name", name);
-    addProperty(instance, "vexaFilesetClusterName", clusterName);
-    addProperty(instance, "vexaFilesetVersion", CIMValue(Uint32(fileset->version)));
-    addProperty(instance, "vexaFilesetName", name);
-    addProperty(instance, "vexaFilesetID", id);
-    addProperty(instance, "vexaFilesetRootINode", fileset->rootInode);
-    addProperty(instance, "vexaFilesetParentID", fileset->parentId);
-    addProperty(instance, "vexaFilesetINodes", CIMValue(Uint64(fileset->inodes)));
-    addProperty(instance, "vexaFilesetDataInKB", CIMValue(Uint64(fileset->dataKB)));
+    addProperty(instance, names.csCreationClassName, names.clusterClass);
+    addProperty(instance, names.csName, clusterNameValue);
+    addProperty(instance, names.fsCreationClassName, names.fileSystemClass);
+    addProperty(instance, names.fsName, fileSystemNameValue);
+    addProperty(instance, names.creationClassName, names.filesetClass);
+    addProperty(instance, names.name, nameValue);
+    addProperty(instance, names.clusterName, clusterNameValue);
+    addProperty(instance, names.version, CIMValue(Uint32(fileset->version)));
+    addProperty(instance, names.filesetName, nameValue);
+    addProperty(instance, names.filesetId, CIMValue(id));
+    addProperty(instance, names.rootInode, CIMValue(String(fileset->rootInode)));
+    addProperty(instance, names.parentId, CIMValue(String(fileset->parentId)));
+    addProperty(instance, names.inodes, CIMValue(Uint64(fileset->inodes)));
+    addProperty(instance, names.dataKB, CIMValue(Uint64(fileset->dataKB)));
     if (isEmptyQuotedComment(fileset->comment)) {
-        addProperty(instance, "vexaFilesetComment", CIMValue(CIMTYPE_STRING, false));
+        addProperty(instance, names.comment, CIMValue(CIMTYPE_STRING, false));
     } else {
-        addProperty(instance, "vexaFilesetComment", fileset->comment);
+        addProperty(instance, names.comment, CIMValue(String(fileset->comment)));
     }
-    addProperty(instance, "vexaFilesetStatus", fileset->status);
-    addProperty(instance, "vexaFileSystemName", fileSystemName);
-    addProperty(instance, "vexaFilesetPath", fileset->path);
-    addProperty(instance, "vexaFilesetCreated", creationTime(fileset));
+    addProperty(instance, names.status, CIMValue(String(fileset->status)));
+    addProperty(instance, names.fileSystemName, fileSystemNameValue);
+    addProperty(instance, names.path, CIMValue(String(fileset->path)));
+    addProperty(instance, names.created, creationTime(fileset));
 
     // The published class has no "ID" property: the id lives in the path
     // only.
     Array<CIMKeyBinding> keys;
     keys.reserveCapacity(7);
-    appendKey(keys, "CSCreationClassName", clusterClass);
-    appendKey(keys, "CSName", clusterName);
-    appendKey(keys, "FSCreationClassName", fileSystemClass);
-    appendKey(keys, "FSName", fileSystemName);
-    appendKey(keys, "CreationClassName", filesetClass);
-    appendKey(keys, "Name", name);
-    appendKey(keys, "ID", id);
+    appendKey(keys, names.csCreationClassName, VEXA_CLUSTER.getString());
+    appendKey(keys, names.csName, clusterName);
+    appendKey(keys, names.fsCreationClassName, VEXA_FILESYSTEM.getString());
+    appendKey(keys, names.fsName, fileSystemName);
+    appendKey(keys, names.creationClassName, VEXA_FILESET.getString());
+    appendKey(keys, names.name, name);
+    appendKey(keys, names.id, id);
     instances::setInstancePath(instance, VEXA_FILESET, keys);
     return instance;
 }

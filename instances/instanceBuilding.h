@@ -26,6 +26,11 @@ enum OperationalStatusCode : Pegasus::Uint16 {
     STATUS_ERROR = 6
 };
 
+inline void addProperty(Pegasus::CIMInstance& instance, const Pegasus::CIMName& name,
+                        const Pegasus::CIMValue& value) {
+    instance.addProperty(Pegasus::CIMProperty(name, value));
+}
+
 inline void addProperty(Pegasus::CIMInstance& instance, const char* name,
                         const Pegasus::CIMValue& value) {
     instance.addProperty(Pegasus::CIMProperty(Pegasus::CIMName(name), value));
@@ -51,6 +56,11 @@ inline void addOperationalStatus(Pegasus::CIMInstance& instance, Pegasus::Uint16
     Pegasus::Array<Pegasus::Uint16> status;
     status.append(code);
     addProperty(instance, "OperationalStatus", Pegasus::CIMValue(status));
+}
+
+inline void appendKey(Pegasus::Array<Pegasus::CIMKeyBinding>& keys, const Pegasus::CIMName& name,
+                      const Pegasus::String& value) {
+    keys.append(Pegasus::CIMKeyBinding(name, value, Pegasus::CIMKeyBinding::STRING));
 }
 
 inline void appendKey(Pegasus::Array<Pegasus::CIMKeyBinding>& keys, const char* name,

@@ -1,6 +1,8 @@
 // Hash indexes beside the instance cache's arrays.
 #include "cacheIndexes.h"
 
+#include <algorithm>
+
 #include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/CIMValue.h>
 
@@ -38,7 +40,8 @@ std::uint32_t mixText(std::uint32_t hash, const String& text, bool folded) {
 // quoted values are hashed, folded; a quoted value holding an escape or an
 // "=" may be a nested reference, whose text varies in the same ways, and is
 // left out.
-std::uint32_t mixReferenceText(std::uint32_t hash, const String& text) {
+std::uint32_t referenceTextHash(const String& text) {
+    std::uint32_t hash = FNV_OFFSET;
     const Char16* units = text.getChar16Data();
     const Uint32 size = text.size();
     Uint32 i = 0;
@@ -71,10 +74,48 @@ std::uint32_t mixReferenceText(std::uint32_t hash, const String& text) {
 
 } // namespace
 
+// Remembers hashes by the address of what was hashed, in a fixed number of
+// slots. Only for one rebuild: the index's copy of the array holds every
+// instance hashed, so no address is freed and reused meanwhile. A full pass
+// gives every association the text of its ends as shared by all the
+// associations of those ends, and every reference property the end's own
+// path, so most are found here.
+class HashMemo {
+public:
+    // Room for about as many hashes as the array has instances.
+    explicit HashMemo(std::size_t instances) : slots_(std::min<std::size_t>(instances, 8191) + 1) {}
+
+    template <class Compute>
+    std::uint32_t get(const void* first, const void* second, Compute compute) {
+        const std::uintptr_t key = reinterpret_cast<std::uintptr_t>(first) ^
+                                   (reinterpret_cast<std::uintptr_t>(second) << 1);
+        Slot& slot = slots_[(key >> 4) % slots_.size()];
+        if (slot.first != first || slot.second != second || !slot.used) {
+            slot.first = first;
+            slot.second = second;
+            slot.hash = compute();
+            slot.used = true;
+        }
+        return slot.hash;
+    }
+
+private:
+    struct Slot {
+        const void* first = nullptr;
+        const void* second = nullptr;
+        std::uint32_t hash = 0;
+        bool used = false;
+    };
+    std::vector<Slot> slots_;
+};
+
+namespace {
+
 // Host and namespace are left out: cached paths all share them, and the
 // candidates are compared in full anyway. Numeric keys are left out because
 // equal numbers may be written differently.
-std::uint32_t pathHash(const CIMObjectPath& path) {
+// texts, when given, remembers the hashes of reference keys' texts.
+std::uint32_t hashPath(const CIMObjectPath& path, HashMemo* texts) {
     std::uint32_t hash = mixText(FNV_OFFSET, path.getClassName().getString(), true);
     const Array<CIMKeyBinding>& keys = path.getKeyBindings();
     hash = mix(hash, keys.size());
@@ -89,15 +130,30 @@ std::uint32_t pathHash(const CIMObjectPath& path) {
         case CIMKeyBinding::BOOLEAN:
             hash = mixText(hash, key.getValue(), true);
             break;
-        case CIMKeyBinding::REFERENCE:
-            hash = mixReferenceText(hash, key.getValue());
+        case CIMKeyBinding::REFERENCE: {
+            const String& text = key.getValue();
+            hash = mix(hash, texts ? texts->get(text.getChar16Data(), nullptr,
+                                                [&text] { return referenceTextHash(text); })
+                                   : referenceTextHash(text));
             break;
+        }
         case CIMKeyBinding::NUMERIC:
             break;
         }
     }
     return hash;
 }
+
+// The path's own hash, remembered by its class name and key list: paths
+// sharing both hash alike, whatever their host and namespace.
+std::uint32_t hashPathOnce(const CIMObjectPath& path, HashMemo& paths, HashMemo& texts) {
+    return paths.get(path.getClassName().getString().getChar16Data(),
+                     path.getKeyBindings().getData(), [&] { return hashPath(path, &texts); });
+}
+
+} // namespace
+
+std::uint32_t pathHash(const CIMObjectPath& path) { return hashPath(path, nullptr); }
 
 std::uint32_t textHash(const String& text) { return mixText(FNV_OFFSET, text, false); }
 
@@ -141,6 +197,8 @@ void ArrayIndex::rebuild() {
     const Array<CIMInstance>& items = seen_;
     std::vector<std::pair<std::uint32_t, std::uint32_t>> entries;
     entries.reserve(kind_ == ByReference ? 2 * items.size() : items.size());
+    HashMemo texts(items.size());
+    HashMemo paths(kind_ == ByReference ? items.size() : 0);
     for (Uint32 i = 0; i < items.size(); i++) {
         const CIMInstance& instance = items[i];
         switch (kind_) {
@@ -151,7 +209,7 @@ void ArrayIndex::rebuild() {
             break;
         }
         case ByPath:
-            entries.emplace_back(pathHash(instance.getPath()), i);
+            entries.emplace_back(hashPath(instance.getPath(), &texts), i);
             break;
         case ByReference:
             for (Uint32 p = 0; p < instance.getPropertyCount(); p++) {
@@ -161,7 +219,7 @@ void ArrayIndex::rebuild() {
                     continue;
                 CIMObjectPath end;
                 value.get(end);
-                entries.emplace_back(pathHash(end), i);
+                entries.emplace_back(hashPathOnce(end, paths, texts), i);
             }
             break;
         }

@@ -21,6 +21,7 @@ PACKAGES=(
   libpugixml-dev
   libcpp-httplib-dev
   libssl-dev
+  libmimalloc-dev
   libcrypt-dev
   sblim-wbemcli
 )

@@ -36,6 +36,7 @@
 #include "vexa/host/Registration.h"
 #include "vexa/host/ServedClasses.h"
 #include "vexa/host/ServerLog.h"
+#include "HeapSettings.h"
 #include "vexa/host/ServerOptions.h"
 #include "vexa/host/TlsContext.h"
 
@@ -192,6 +193,7 @@ void printBanner(const ServerOptions& options, int port, const std::string& prov
     std::cout << "vexa-cimserver: serving " << base << "/ (namespace root/cimv2)\n"
               << "  provider:      " << providerPath << "\n"
               << "  cluster model: " << servedModel(options) << "\n"
+              << "  allocator:     " << vexa::heap::allocatorName() << "\n"
               << "  event socket:  "
               << (eventSocketOpen ? eventSocket
                                   : "none (the management library did not open " + eventSocket +
@@ -223,6 +225,7 @@ void printBanner(const ServerOptions& options, int port, const std::string& prov
 } // namespace
 
 int main(int argc, char* argv[]) {
+    vexa::heap::useHugePages();
     ServerOptions options;
     try {
         options = parseServerOptions(argc, argv);

@@ -242,12 +242,32 @@ CIMValueRep* makeNullRep(CIMType type, Boolean isArray, Uint32 arraySize) {
 }
 
 template <class T>
-CIMValueRep* makeScalarRep(const T& x) {
+CIMValueRep* newScalarRep(const T& x) {
     T item = detached(x);
     CIMValueRep* rep = new CIMValueRep(cimTypeOf<T>(), false);
     new (rep->payload) T(std::move(item));
     rep->isNull = false;
     return rep;
+}
+
+// The values a large cache repeats most, true, false and the empty string,
+// share one representation each, made once and never released.
+template <class T>
+CIMValueRep* makeScalarRep(const T& x) {
+    if constexpr (std::is_same_v<T, Boolean>) {
+        static CIMValueRep* const booleans[2] = {newScalarRep(Boolean(false)),
+                                                 newScalarRep(Boolean(true))};
+        CIMValueRep* rep = booleans[x ? 1 : 0];
+        retainRep(rep);
+        return rep;
+    } else if constexpr (std::is_same_v<T, String>) {
+        if (x.size() == 0) {
+            static CIMValueRep* const empty = newScalarRep(String());
+            retainRep(empty);
+            return empty;
+        }
+    }
+    return newScalarRep(x);
 }
 
 template <class T>
