@@ -21,8 +21,6 @@ using namespace Pegasus;
 
 namespace {
 
-const String& nameOf(const CIMName& name) { return name.getString(); }
-
 std::string embeddedMarkup(const CIMObject& object) {
     XmlWriter inner;
     if (object.isClass())
@@ -156,7 +154,7 @@ void writeReferencePath(XmlWriter& out, const CIMObjectPath& path) {
 }
 
 void writeKeyBinding(XmlWriter& out, const CIMKeyBinding& key) {
-    out.open("KEYBINDING").attribute("NAME", nameOf(key.getName()));
+    out.open("KEYBINDING").attribute("NAME", key.getName());
     if (key.getType() == CIMKeyBinding::REFERENCE) {
         try {
             writeReferencePath(out, CIMObjectPath(key.getValue()));
@@ -175,7 +173,7 @@ void writeKeyBinding(XmlWriter& out, const CIMKeyBinding& key) {
 
 void writeClassOrigin(XmlWriter& out, const CIMName& classOrigin, bool propagated) {
     if (!classOrigin.isNull())
-        out.attribute("CLASSORIGIN", nameOf(classOrigin));
+        out.attribute("CLASSORIGIN", classOrigin);
     if (propagated)
         out.attribute("PROPAGATED", "true");
 }
@@ -183,7 +181,7 @@ void writeClassOrigin(XmlWriter& out, const CIMName& classOrigin, bool propagate
 void writeQualifier(XmlWriter& out, const CIMConstQualifier& qualifier) {
     const CIMValue& value = qualifier.getValue();
     out.open("QUALIFIER")
-        .attribute("NAME", nameOf(qualifier.getName()))
+        .attribute("NAME", qualifier.getName())
         .attribute("TYPE", wireTypeName(qualifier.getType()));
     // Only the flavors that differ from the defaults, as wbemcli accepts them.
     const CIMFlavor& flavor = qualifier.getFlavor();
@@ -210,20 +208,20 @@ void writeProperty(XmlWriter& out, const CIMConstProperty& property, bool includ
     const CIMName classOrigin = includeClassOrigin ? property.getClassOrigin() : CIMName();
     const bool propagated = includeClassOrigin && property.getPropagated();
     if (property.getType() == CIMTYPE_REFERENCE) {
-        out.open("PROPERTY.REFERENCE").attribute("NAME", nameOf(property.getName()));
+        out.open("PROPERTY.REFERENCE").attribute("NAME", property.getName());
         if (!property.getReferenceClassName().isNull())
-            out.attribute("REFERENCECLASS", nameOf(property.getReferenceClassName()));
+            out.attribute("REFERENCECLASS", property.getReferenceClassName());
         writeClassOrigin(out, classOrigin, propagated);
     } else if (property.isArray()) {
         // wbemcli refuses EmbeddedObject on PROPERTY.ARRAY, so embedded
         // arrays go out as plain strings.
         out.open("PROPERTY.ARRAY")
-            .attribute("NAME", nameOf(property.getName()))
+            .attribute("NAME", property.getName())
             .attribute("TYPE", wireTypeName(property.getType()));
         writeClassOrigin(out, classOrigin, propagated);
     } else {
         out.open("PROPERTY")
-            .attribute("NAME", nameOf(property.getName()))
+            .attribute("NAME", property.getName())
             .attribute("TYPE", wireTypeName(property.getType()));
         writeClassOrigin(out, classOrigin, propagated);
         if (const char* kind = embeddedObjectKind(property.getType()))
@@ -239,18 +237,18 @@ void writeProperty(XmlWriter& out, const CIMConstProperty& property, bool includ
 void writeParameter(XmlWriter& out, const CIMConstParameter& parameter) {
     if (parameter.getType() == CIMTYPE_REFERENCE) {
         out.open(parameter.isArray() ? "PARAMETER.REFARRAY" : "PARAMETER.REFERENCE")
-            .attribute("NAME", nameOf(parameter.getName()));
+            .attribute("NAME", parameter.getName());
         if (!parameter.getReferenceClassName().isNull())
-            out.attribute("REFERENCECLASS", nameOf(parameter.getReferenceClassName()));
+            out.attribute("REFERENCECLASS", parameter.getReferenceClassName());
     } else if (parameter.isArray()) {
         out.open("PARAMETER.ARRAY")
-            .attribute("NAME", nameOf(parameter.getName()))
+            .attribute("NAME", parameter.getName())
             .attribute("TYPE", wireTypeName(parameter.getType()));
         if (parameter.getArraySize() != 0)
             out.attribute("ARRAYSIZE", std::to_string(parameter.getArraySize()));
     } else {
         out.open("PARAMETER")
-            .attribute("NAME", nameOf(parameter.getName()))
+            .attribute("NAME", parameter.getName())
             .attribute("TYPE", wireTypeName(parameter.getType()));
     }
     writeQualifiers(out, parameter);
@@ -260,7 +258,7 @@ void writeParameter(XmlWriter& out, const CIMConstParameter& parameter) {
 void writeMethod(XmlWriter& out, const CIMConstMethod& method) {
     // cimcli refuses a METHOD without TYPE.
     out.open("METHOD")
-        .attribute("NAME", nameOf(method.getName()))
+        .attribute("NAME", method.getName())
         .attribute("TYPE", wireTypeName(method.getType()));
     writeClassOrigin(out, method.getClassOrigin(), method.getPropagated());
     writeQualifiers(out, method);
@@ -289,7 +287,7 @@ void writeInstance(XmlWriter& out, const CIMConstInstance& instance, bool includ
                    const PropertySelection& selection) {
     // Instances carry no qualifiers on the wire, and no xml:lang: wbemcli
     // refuses both.
-    out.open("INSTANCE").attribute("CLASSNAME", nameOf(instance.getClassName()));
+    out.open("INSTANCE").attribute("CLASSNAME", instance.getClassName());
     for (Uint32 i = 0; i < instance.getPropertyCount(); i++) {
         const CIMConstProperty property = instance.getProperty(i);
         if (selection.includes(property.getName()))
@@ -299,9 +297,9 @@ void writeInstance(XmlWriter& out, const CIMConstInstance& instance, bool includ
 }
 
 void writeClass(XmlWriter& out, const CIMConstClass& cimClass) {
-    out.open("CLASS").attribute("NAME", nameOf(cimClass.getClassName()));
+    out.open("CLASS").attribute("NAME", cimClass.getClassName());
     if (!cimClass.getSuperClassName().isNull())
-        out.attribute("SUPERCLASS", nameOf(cimClass.getSuperClassName()));
+        out.attribute("SUPERCLASS", cimClass.getSuperClassName());
     writeQualifiers(out, cimClass);
     for (Uint32 i = 0; i < cimClass.getPropertyCount(); i++)
         writeProperty(out, cimClass.getProperty(i), true, true);
@@ -379,7 +377,7 @@ void writeLocalNamespacePath(XmlWriter& out, const String& nameSpace) {
 }
 
 void writeInstanceName(XmlWriter& out, const CIMObjectPath& path) {
-    out.open("INSTANCENAME").attribute("CLASSNAME", nameOf(path.getClassName()));
+    out.open("INSTANCENAME").attribute("CLASSNAME", path.getClassName());
     const Array<CIMKeyBinding>& keys = path.getKeyBindings();
     for (Uint32 i = 0; i < keys.size(); i++)
         writeKeyBinding(out, keys[i]);
@@ -398,7 +396,7 @@ void writeClassPath(XmlWriter& out, const CIMObjectPath& path, const String& hos
                     const String& nameSpace) {
     out.open("CLASSPATH");
     writeNamespacePath(out, host, nameSpace);
-    out.open("CLASSNAME").attribute("NAME", nameOf(path.getClassName())).closeEmpty();
+    out.open("CLASSNAME").attribute("NAME", path.getClassName()).closeEmpty();
     out.close();
 }
 

@@ -3,6 +3,7 @@
 #include "Utf8.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <stdexcept>
 
 namespace vexa::cimxml::detail {
@@ -157,6 +158,30 @@ XmlWriter& XmlWriter::attribute(std::string_view name, const Pegasus::Char16* va
     put(name);
     put("=\"");
     putEscaped(value, length);
+    put('"');
+    return *this;
+}
+
+XmlWriter& XmlWriter::attribute(std::string_view name, const Pegasus::CIMName& value) {
+    if (!startTagPending_)
+        throw std::logic_error("XML attribute written outside a start tag");
+    put(' ');
+    put(name);
+    put("=\"");
+    const Pegasus::String& text = value.getString();
+    const Pegasus::Char16* units = text.getChar16Data();
+    if (names_.empty())
+        names_.resize(127);
+    EscapedName& slot = names_[(reinterpret_cast<std::uintptr_t>(units) >> 4) % names_.size()];
+    if (slot.units == units && text.size() != 0) {
+        put(slot.bytes);
+    } else {
+        const size_t start = size_;
+        putEscaped(units, text.size());
+        slot.units = units;
+        slot.text = text;
+        slot.bytes.assign(data_.get() + start, size_ - start);
+    }
     put('"');
     return *this;
 }

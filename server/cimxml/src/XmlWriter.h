@@ -7,6 +7,7 @@
 #ifndef VEXA_CIMXML_XMLWRITER_H
 #define VEXA_CIMXML_XMLWRITER_H
 
+#include <Pegasus/Common/CIMName.h>
 #include <Pegasus/Common/String.h>
 
 #include <cstring>
@@ -34,6 +35,8 @@ public:
         capacity_ = std::exchange(x.capacity_, 0);
         open_ = std::move(x.open_);
         x.open_.clear();
+        names_ = std::move(x.names_);
+        x.names_.clear();
         startTagPending_ = std::exchange(x.startTagPending_, false);
         return *this;
     }
@@ -48,6 +51,9 @@ public:
     }
     XmlWriter& attribute(std::string_view name, const Pegasus::String& value);
     XmlWriter& attribute(std::string_view name, const Pegasus::Char16* value, size_t length);
+    // Names repeat in every object of an answer (property, key and class
+    // names), so their escaped text is kept once made.
+    XmlWriter& attribute(std::string_view name, const Pegasus::CIMName& value);
     XmlWriter& text(std::string_view text);
     XmlWriter& text(const char* text) { return this->text(std::string_view(text)); }
     XmlWriter& text(const std::string& text) { return this->text(std::string_view(text)); }
@@ -110,6 +116,15 @@ private:
     size_t capacity_ = 0;
     std::vector<std::string_view> open_;
     bool startTagPending_ = false;
+
+    // Escaped names by the address of their text; `text` keeps that text
+    // alive, so an address always means the same name.
+    struct EscapedName {
+        const Pegasus::Char16* units = nullptr;
+        Pegasus::String text;
+        std::string bytes;
+    };
+    std::vector<EscapedName> names_;
 };
 
 } // namespace vexa::cimxml::detail
