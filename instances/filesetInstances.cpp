@@ -9,6 +9,7 @@
 #include <qzantras/ts_log.h>
 
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include "instanceBuilding.h"
@@ -39,6 +40,27 @@ CIMValue creationTime(const FileSet* fileset) {
         return CIMValue(CIMTYPE_DATETIME, false);
     }
 }
+
+// A record text and its value, made again only when the text changes.
+class RepeatedText {
+public:
+    const String& of(const char* bytes) {
+        if (!made_ || bytes_ != bytes) {
+            bytes_ = bytes;
+            text_ = String(bytes);
+            value_ = CIMValue(text_);
+            made_ = true;
+        }
+        return text_;
+    }
+    const CIMValue& value() const { return value_; }
+
+private:
+    bool made_ = false;
+    std::string bytes_;
+    String text_;
+    CIMValue value_;
+};
 
 // getFileSets hands over records that the caller deletes, on every way out.
 struct FileSetRecords {
@@ -90,12 +112,18 @@ CIMInstance VexaProvider::createFileSetInstance(FileSet* fileset, ClusterInfo* c
         const CIMValue filesetClass{VEXA_FILESET.getString()};
     };
     static const Names names;
-    const String clusterName(cluster->clusterName);
-    const String fileSystemName(fileset->fsName);
+    // The cluster's and the file system's names, and the status, repeat from
+    // one fileset to the next: each thread keeps the last one made.
+    thread_local RepeatedText clusterText;
+    thread_local RepeatedText fileSystemText;
+    thread_local RepeatedText statusText;
+    const String& clusterName = clusterText.of(cluster->clusterName);
+    const String& fileSystemName = fileSystemText.of(fileset->fsName);
+    const CIMValue& clusterNameValue = clusterText.value();
+    const CIMValue& fileSystemNameValue = fileSystemText.value();
+    statusText.of(fileset->status);
     const String name(fileset->name);
     const String id(fileset->id);
-    const CIMValue clusterNameValue(clusterName);
-    const CIMValue fileSystemNameValue(fileSystemName);
     const CIMValue nameValue(name);
 
     CIMInstance instance(VEXA_FILESET);
@@ -118,7 +146,7 @@ CIMInstance VexaProvider::createFileSetInstance(FileSet* fileset, ClusterInfo* c
     } else {
         addProperty(instance, names.comment, CIMValue(String(fileset->comment)));
     }
-    addProperty(instance, names.status, CIMValue(String(fileset->status)));
+    addProperty(instance, names.status, statusText.value());
     addProperty(instance, names.fileSystemName, fileSystemNameValue);
     addProperty(instance, names.path, CIMValue(String(fileset->path)));
     addProperty(instance, names.created, creationTime(fileset));

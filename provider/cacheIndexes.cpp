@@ -2,6 +2,7 @@
 #include "cacheIndexes.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/CIMValue.h>
@@ -24,14 +25,33 @@ inline std::uint32_t foldAscii(std::uint32_t unit) {
     return (unit >= 'A' && unit <= 'Z') ? unit + ('a' - 'A') : unit;
 }
 
-std::uint32_t mixText(std::uint32_t hash, const String& text, bool folded) {
+// Names are hashed a unit at a time, folded.
+std::uint32_t foldedTextHash(const String& text) {
+    std::uint32_t hash = FNV_OFFSET;
     const Char16* units = text.getChar16Data();
     const Uint32 size = text.size();
-    for (Uint32 i = 0; i < size; i++) {
-        const std::uint32_t unit = Uint16(units[i]);
-        hash = mix(hash, folded ? foldAscii(unit) : unit);
+    for (Uint32 i = 0; i < size; i++)
+        hash = mix(hash, foldAscii(Uint16(units[i])));
+    return hash;
+}
+
+// Values compared exactly are hashed four units at a time: a pass hashes
+// the key texts of hundreds of thousands of paths.
+std::uint32_t exactTextHash(const String& text) {
+    const Char16* units = text.getChar16Data();
+    const Uint32 size = text.size();
+    std::uint64_t hash = 0xcbf29ce484222325ull ^ size;
+    Uint32 i = 0;
+    for (; i + 4 <= size; i += 4) {
+        std::uint64_t word;
+        std::memcpy(&word, units + i, sizeof word);
+        hash = (hash ^ word) * 0x100000001b3ull;
+        hash ^= hash >> 29;
     }
-    return mix(hash, 0x10000u); // ends the text, so "ab","c" and "a","bc" differ
+    for (; i < size; i++)
+        hash = (hash ^ Uint16(units[i])) * 0x100000001b3ull;
+    hash ^= hash >> 32;
+    return static_cast<std::uint32_t>(hash * 0x9e3779b97f4a7c15ull >> 32);
 }
 
 // A reference key holds a path text. Two texts may name the same path and
@@ -111,24 +131,40 @@ private:
 
 namespace {
 
+// What a memo entry for a text holds, told apart by the second key.
+const char FOLDED = 'f';
+const char EXACT = 'e';
+
+std::uint32_t foldedHash(const String& text, HashMemo* texts) {
+    return texts
+               ? texts->get(text.getChar16Data(), &FOLDED, [&text] { return foldedTextHash(text); })
+               : foldedTextHash(text);
+}
+
+std::uint32_t exactHash(const String& text, HashMemo* texts) {
+    return texts ? texts->get(text.getChar16Data(), &EXACT, [&text] { return exactTextHash(text); })
+                 : exactTextHash(text);
+}
+
 // Host and namespace are left out: cached paths all share them, and the
 // candidates are compared in full anyway. Numeric keys are left out because
-// equal numbers may be written differently.
-// texts, when given, remembers the hashes of reference keys' texts.
+// equal numbers may be written differently. texts, when given, remembers
+// the hashes of the texts by their address: names and many values are
+// shared by many paths.
 std::uint32_t hashPath(const CIMObjectPath& path, HashMemo* texts) {
-    std::uint32_t hash = mixText(FNV_OFFSET, path.getClassName().getString(), true);
+    std::uint32_t hash = mix(FNV_OFFSET, foldedHash(path.getClassName().getString(), texts));
     const Array<CIMKeyBinding>& keys = path.getKeyBindings();
     hash = mix(hash, keys.size());
     for (Uint32 i = 0; i < keys.size(); i++) {
         const CIMKeyBinding& key = keys[i];
-        hash = mixText(hash, key.getName().getString(), true);
+        hash = mix(hash, foldedHash(key.getName().getString(), texts));
         hash = mix(hash, static_cast<std::uint32_t>(key.getType()));
         switch (key.getType()) {
         case CIMKeyBinding::STRING:
-            hash = mixText(hash, key.getValue(), false);
+            hash = mix(hash, exactHash(key.getValue(), texts));
             break;
         case CIMKeyBinding::BOOLEAN:
-            hash = mixText(hash, key.getValue(), true);
+            hash = mix(hash, foldedTextHash(key.getValue()));
             break;
         case CIMKeyBinding::REFERENCE: {
             const String& text = key.getValue();
@@ -155,7 +191,7 @@ std::uint32_t hashPathOnce(const CIMObjectPath& path, HashMemo& paths, HashMemo&
 
 std::uint32_t pathHash(const CIMObjectPath& path) { return hashPath(path, nullptr); }
 
-std::uint32_t textHash(const String& text) { return mixText(FNV_OFFSET, text, false); }
+std::uint32_t textHash(const String& text) { return exactTextHash(text); }
 
 void HashedPositions::build(const std::vector<std::pair<std::uint32_t, std::uint32_t>>& entries) {
     std::uint32_t buckets = 1;
