@@ -6,7 +6,7 @@
 #                     [--no-side-by-side] [--quick]
 #
 # --sizes      the sizes of the full-pass benchmark [small,medium,large]
-# --side-size  the model of the side-by-side run [medium]
+# --side-size  the model of the side-by-side run [large]
 # --runs       timed runs per side-by-side request [5]
 # --quick      small and medium passes, the small model side by side, 3 runs
 #              (about five minutes on a quiet machine)
@@ -17,7 +17,7 @@ set -euo pipefail
 
 source_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 sizes=small,medium,large
-side_size=medium
+side_size=large
 runs=5
 side_by_side=yes
 while [[ $# -gt 0 ]]; do
