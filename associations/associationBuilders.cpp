@@ -9,6 +9,9 @@
 #include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/CIMValue.h>
 
+#include <string>
+#include <unordered_map>
+
 PEGASUS_USING_PEGASUS;
 
 namespace {
@@ -55,6 +58,25 @@ CIMInstance makeAssociation(const CIMName& associationClass, const Role& firstRo
 }
 
 const CIMName CIM_OBJECT_MANAGER_CLASS("CIM_ObjectManager");
+
+// The value of a text that many associations repeat (a node reaches tens of
+// disks through the same device names and serving nodes): each thread keeps
+// the values it made, up to a bound past which it starts again, so a large
+// cluster holds one copy of each instead of one per association.
+typedef std::unordered_map<std::string, CIMValue> TextValues;
+
+// `key` names the text by its record bytes; `text` makes it on first use.
+template <class MakeText>
+CIMValue sharedText(TextValues& made, const std::string& key, MakeText text) {
+    const auto found = made.find(key);
+    if (found != made.end())
+        return found->second;
+    if (made.size() >= 65536)
+        made.clear();
+    const CIMValue value{text()};
+    made.emplace(key, value);
+    return value;
+}
 
 } // namespace
 
@@ -120,15 +142,27 @@ CIMInstance VexaProvider::createVexaNodeAccessNsd(CIMObjectPath node, CIMObjectP
                                               {DEPENDENT, VEXA_DISK}, disk);
     // A node reaches a disk either through its own device or through a
     // serving node; the other of the two texts stays empty.
+    static const CIMName LOCAL_ACCESS("vexaNsdLocalAccess");
+    static const CIMName LOCAL_DEVICE_NAME("vexaNsdLocalDeviceName");
+    static const CIMName SERVER_NAME("vexaNsdServerName");
+    thread_local TextValues deviceNames;
+    thread_local TextValues serverNames;
     const bool local = access->localAccess != 0;
-    association.addProperty(CIMProperty(CIMName("vexaNsdLocalAccess"), CIMValue(local)));
-    association.addProperty(
-        CIMProperty(CIMName("vexaNsdLocalDeviceName"),
-                    CIMValue(local ? String(access->localDeviceName) : handlerText)));
-    association.addProperty(CIMProperty(
-        CIMName("vexaNsdServerName"),
-        CIMValue(local ? handlerText
-                       : String(cluster->clusterName) + "+" + String(access->serverName))));
+    CIMValue deviceName(handlerText);
+    CIMValue serverName(handlerText);
+    if (local) {
+        deviceName = sharedText(deviceNames, access->localDeviceName,
+                                [access] { return String(access->localDeviceName); });
+    } else {
+        // Record texts hold no NUL, so the key tells every pair apart.
+        const std::string key = std::string(cluster->clusterName) + '\0' + access->serverName;
+        serverName = sharedText(serverNames, key, [cluster, access] {
+            return String(cluster->clusterName) + "+" + String(access->serverName);
+        });
+    }
+    association.addProperty(CIMProperty(LOCAL_ACCESS, CIMValue(local)));
+    association.addProperty(CIMProperty(LOCAL_DEVICE_NAME, deviceName));
+    association.addProperty(CIMProperty(SERVER_NAME, serverName));
     setCompletePath(association);
     return association;
 }
