@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <ctime>
 #include <gtest/gtest.h>
+
+#include <chrono>
 #include <string>
 
 PEGASUS_USING_PEGASUS;
@@ -127,9 +129,15 @@ TEST(CIMDateTime, CurrentTimeIsLocalWithItsOffset) {
     } zones[] = {{"UTC0", "+000"}, {"IST-5:30", "+330"}, {"EST5", "-300"}};
     for (const Zone& zone : zones) {
         withTimeZone(zone.tz, [&] {
-            Uint64 before = Uint64(std::time(nullptr));
+            // The system clock, as the library reads it: time() may lag it by a tick.
+            const auto seconds = [] {
+                return Uint64(std::chrono::duration_cast<std::chrono::seconds>(
+                                  std::chrono::system_clock::now().time_since_epoch())
+                                  .count());
+            };
+            Uint64 before = seconds();
             CIMDateTime now = CIMDateTime::getCurrentDateTime();
-            Uint64 after = Uint64(std::time(nullptr));
+            Uint64 after = seconds();
             std::string form = text(now);
             EXPECT_FALSE(now.isInterval());
             EXPECT_EQ(form.substr(21), zone.suffix) << form;
