@@ -165,7 +165,7 @@ struct PropertySelection {
 class AnswerStream {
 public:
     using Flush = std::function<void(std::string_view text)>;
-    static constexpr size_t DEFAULT_CHUNK_BYTES = 256 * 1024;
+    static constexpr size_t DEFAULT_CHUNK_BYTES = 64 * 1024;
 
     // `host` and `nameSpace` go into the paths of association results that
     // carry none (empty: defaultHost() and the request's namespace).
