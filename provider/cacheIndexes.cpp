@@ -103,7 +103,8 @@ std::uint32_t referenceTextHash(const String& text) {
 class HashMemo {
 public:
     // Room for about as many hashes as the array has instances.
-    explicit HashMemo(std::size_t instances) : slots_(std::min<std::size_t>(instances, 8191) + 1) {}
+    explicit HashMemo(std::size_t instances)
+        : slots_(std::min<std::size_t>(instances, 65535) + 1) {}
 
     template <class Compute>
     std::uint32_t get(const void* first, const void* second, Compute compute) {

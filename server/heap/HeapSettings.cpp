@@ -1,6 +1,7 @@
 #include "HeapSettings.h"
 
 #include <cstdlib>
+#include <malloc.h>
 
 #ifdef VEXA_HAVE_MIMALLOC
 #include <mimalloc.h>
@@ -15,10 +16,17 @@ void useHugePages() {
 #endif
 }
 
+void releaseFreedMemory() {
+#ifdef VEXA_HAVE_MIMALLOC
+    mi_collect(true);
+#else
+    malloc_trim(0);
+#endif
+}
+
 const char* allocatorName() {
 #ifdef VEXA_HAVE_MIMALLOC
-    return mi_option_is_enabled(mi_option_large_os_pages) ? "mimalloc with huge pages"
-                                                           : "mimalloc";
+    return mi_option_is_enabled(mi_option_large_os_pages) ? "mimalloc with huge pages" : "mimalloc";
 #else
     return "malloc";
 #endif
