@@ -162,8 +162,9 @@ SizeFigures measure(const std::string& model) {
     f.loadSeconds = secondsSince(start);
     // The simulator reads its model through a document tree it then frees,
     // hundreds of megabytes on the large model, which a real management
-    // library does not leave behind. Given back first, it cannot make the
-    // pass of one size cheaper than another's.
+    // library does not leave behind: it is given back before the pass. (The
+    // allocator may still keep some of it, and a pass that fits in what it
+    // keeps needs no fresh pages from the kernel.)
     vexa::heap::releaseFreedMemory();
 
     VexaProvider* provider = new VexaProvider();
