@@ -37,8 +37,8 @@ bool CimHttpServer::process_and_close_socket(socket_t sock) {
     if (connections_.add(sock)) {
         int flags = fcntl(sock, F_GETFL);
         fcntl(sock, F_SETFL, flags | O_NONBLOCK);
-        // Headers and body leave in separate writes; without this a small
-        // answer waits for the client's delayed acknowledgement.
+        // The stream gathers an answer's small writes itself; what it sends
+        // must not then wait for the client's delayed acknowledgement.
         int yes = 1;
         setsockopt(sock, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof(yes));
 
@@ -53,6 +53,7 @@ bool CimHttpServer::process_and_close_socket(socket_t sock) {
             stream.beginRequest();
             bool clientCloses = false;
             served = process_request(stream, count == keep_alive_max_count_, clientCloses, nullptr);
+            served = stream.flush() && served;
             open = served && !clientCloses;
         }
         if (!stream.cutShort().empty()) {

@@ -5,6 +5,7 @@
 #include <openssl/ssl.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/uio.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -208,6 +209,11 @@ bool ClientStream::is_writable() const {
 
 ssize_t ClientStream::read(char* ptr, size_t size) {
     if (bufferStart_ == bufferEnd_) {
+        // The client may be waiting for what is held (an interim answer)
+        // before it sends more.
+        if (!flush()) {
+            return -1;
+        }
         if (requestBytes_ >= limits_.maxRequestBytes) {
             cutShort_ = "its request is larger than " + std::to_string(limits_.maxRequestBytes) +
                         " bytes with its headers";
@@ -229,14 +235,30 @@ ssize_t ClientStream::read(char* ptr, size_t size) {
 }
 
 ssize_t ClientStream::write(const char* ptr, size_t size) {
+    if (size <= sizeof(held_) - heldSize_) {
+        std::memcpy(held_ + heldSize_, ptr, size);
+        heldSize_ += size;
+        return static_cast<ssize_t>(size);
+    }
+    return sendAll(ptr, size) ? static_cast<ssize_t>(size) : -1;
+}
+
+bool ClientStream::flush() { return heldSize_ == 0 || sendAll(nullptr, 0); }
+
+bool ClientStream::sendAll(const char* ptr, size_t size) {
+    // Offsets into the held bytes followed by the caller's.
+    const size_t held = heldSize_;
+    const size_t total = held + size;
+    heldSize_ = 0;
     size_t done = 0;
-    while (done < size) {
+    while (done < total) {
         Clock::time_point until = Clock::now() + limits_.writeTimeout;
         short events = POLLOUT;
         if (tls_ != nullptr) {
+            const char* from = done < held ? held_ + done : ptr + (done - held);
+            size_t count = done < held ? held - done : total - done;
             ERR_clear_error();
-            int sent = SSL_write(tls_, ptr + done,
-                                 static_cast<int>(std::min<size_t>(size - done, INT_MAX)));
+            int sent = SSL_write(tls_, from, static_cast<int>(std::min<size_t>(count, INT_MAX)));
             if (sent > 0) {
                 done += static_cast<size_t>(sent);
                 continue;
@@ -245,10 +267,22 @@ ssize_t ClientStream::write(const char* ptr, size_t size) {
             if (error == SSL_ERROR_WANT_READ) {
                 events = POLLIN;
             } else if (error != SSL_ERROR_WANT_WRITE) {
-                return -1;
+                return false;
             }
         } else {
-            ssize_t sent = send(socket_, ptr + done, size - done, MSG_NOSIGNAL);
+            iovec parts[2];
+            int count = 0;
+            if (done < held) {
+                parts[count++] = {held_ + done, held - done};
+            }
+            if (size != 0) {
+                const size_t from = done < held ? 0 : done - held;
+                parts[count++] = {const_cast<char*>(ptr) + from, size - from};
+            }
+            msghdr message{};
+            message.msg_iov = parts;
+            message.msg_iovlen = static_cast<size_t>(count);
+            ssize_t sent = sendmsg(socket_, &message, MSG_NOSIGNAL);
             if (sent >= 0) {
                 done += static_cast<size_t>(sent);
                 continue;
@@ -257,15 +291,15 @@ ssize_t ClientStream::write(const char* ptr, size_t size) {
                 continue;
             }
             if (errno != EAGAIN && errno != EWOULDBLOCK) {
-                return -1;
+                return false;
             }
         }
         if (!waitFor(events, until)) {
             cutShort_ = "it took none of its answer for " + seconds(limits_.writeTimeout);
-            return -1;
+            return false;
         }
     }
-    return static_cast<ssize_t>(size);
+    return true;
 }
 
 void ClientStream::get_remote_ip_and_port(std::string& ip, int& port) const {

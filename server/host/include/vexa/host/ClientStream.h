@@ -56,8 +56,13 @@ public:
     bool is_readable() const override;
     bool is_writable() const override;
     ssize_t read(char* ptr, size_t size) override;
-    // Writes everything or fails.
+    // Writes everything or fails. Small pieces (headers, chunk sizes) are
+    // held back and leave together with what follows, so that an answer
+    // goes out in as few packets, and wakes the client as few times, as its
+    // size allows; whatever is held leaves before the stream waits to read.
     ssize_t write(const char* ptr, size_t size) override;
+    // Sends what is held back; false when the client can no longer take it.
+    bool flush();
     void get_remote_ip_and_port(std::string& ip, int& port) const override;
     void get_local_ip_and_port(std::string& ip, int& port) const override;
     socket_t socket() const override { return socket_; }
@@ -71,6 +76,9 @@ private:
     // Reads into buf until `until`; the count, or -1 when the connection
     // ended, failed or the time passed (cutShort_ then says so).
     ssize_t receive(char* buf, size_t size, Clock::time_point until);
+    // Sends the held-back bytes and then `size` bytes at `ptr`, in one
+    // system call where the transport allows.
+    bool sendAll(const char* ptr, size_t size);
 
     const int socket_;
     SSL_CTX* const tlsContext_;
@@ -79,6 +87,8 @@ private:
     char buffer_[16384];
     size_t bufferStart_ = 0;
     size_t bufferEnd_ = 0;
+    char held_[4096];
+    size_t heldSize_ = 0;
     Clock::time_point requestDeadline_;
     size_t requestBytes_ = 0;
     std::string cutShort_;
