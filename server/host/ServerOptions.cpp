@@ -132,6 +132,8 @@ ServerOptions parseServerOptions(int argc, const char* const argv[]) {
             options.maxRequestBytes = parseNumber(name, takeValue(), 1024, 1ull << 30);
         } else if (name == "--max-xml-depth") {
             options.maxXmlDepth = parseNumber(name, takeValue(), 8, 1024);
+        } else if (name == "--answer-cache-mb") {
+            options.answerCacheMegabytes = parseNumber(name, takeValue(), 0, 1u << 20);
         } else if (name == "--timeout") {
             options.timeoutSeconds = static_cast<int>(parseNumber(name, takeValue(), 1, 3600));
         } else if (name.compare(0, 1, "-") == 0) {
@@ -176,6 +178,9 @@ Network:
   --timeout SECONDS        time a request may take to arrive in full, and
                            each wait for a client to take its answer
                            (default 10); idle connections close after 5 s
+  --answer-cache-mb N      memory for the encoded forms of cached instances
+                           and names, copied into later answers instead of
+                           encoded again (default 256; 0 keeps none)
 
 Provider and simulated cluster:
   --provider PATH          provider library (default ../lib/libVexaProvider.so

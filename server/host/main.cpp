@@ -2,6 +2,9 @@
 // CIM-XML/HTTP, loading it as a CIM server does. With no options it serves
 // the simulated demo cluster on 127.0.0.1:5988.
 #include <Pegasus/Common/Exception.h>
+#ifdef VEXA_KEPT_ENCODINGS
+#include <vexa/cim/KeptEncoding.h>
+#endif
 
 #include <vexa/schema/SchemaRepository.h>
 
@@ -24,6 +27,7 @@
 #include <thread>
 #include <vector>
 
+#include "HeapSettings.h"
 #include "vexa/host/AuthFile.h"
 #include "vexa/host/CimHttpServer.h"
 #include "vexa/host/CimXmlEndpoint.h"
@@ -36,7 +40,6 @@
 #include "vexa/host/Registration.h"
 #include "vexa/host/ServedClasses.h"
 #include "vexa/host/ServerLog.h"
-#include "HeapSettings.h"
 #include "vexa/host/ServerOptions.h"
 #include "vexa/host/TlsContext.h"
 
@@ -238,6 +241,9 @@ int main(int argc, char* argv[]) {
         std::cout << serverUsage();
         return 0;
     }
+#ifdef VEXA_KEPT_ENCODINGS
+    vexa::cim::setKeptEncodingBudget(options.answerCacheMegabytes << 20);
+#endif
 
     // Every thread started from here on inherits this mask, so the signals
     // reach only the sigwait below. A client that hangs up must not kill

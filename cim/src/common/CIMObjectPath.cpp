@@ -1,4 +1,5 @@
 #include "ArrayImpl.h"
+#include "EncodingSlot.h"
 #include "HostName.h"
 #include "KeyNumber.h"
 #include "ObjectPathParser.h"
@@ -11,6 +12,7 @@
 #include <memory>
 #include <string>
 #include <unistd.h>
+#include <vexa/cim/KeptEncoding.h>
 
 PEGASUS_NAMESPACE_BEGIN
 
@@ -32,7 +34,10 @@ public:
     ~CIMObjectPathRep() { delete text.load(std::memory_order_relaxed); }
 
     // Only the sole holder changes a path, so nobody reads the text meanwhile.
-    void forgetText() { delete text.exchange(nullptr, std::memory_order_acq_rel); }
+    void forgetText() {
+        delete text.exchange(nullptr, std::memory_order_acq_rel);
+        encoding.drop();
+    }
 
     String host;
     CIMNamespaceName nameSpace;
@@ -41,6 +46,9 @@ public:
     // Made on first request; several readers may race to make it, and the
     // first to store it wins.
     std::atomic<PathText*> text{nullptr};
+    // An encoder's form of the path (vexa/cim/KeptEncoding.h), dropped with
+    // the text.
+    EncodingSlot encoding;
 };
 
 namespace {
@@ -395,3 +403,15 @@ Boolean operator==(const CIMObjectPath& x, const CIMObjectPath& y) { return x.id
 Boolean operator!=(const CIMObjectPath& x, const CIMObjectPath& y) { return !x.identical(y); }
 
 PEGASUS_NAMESPACE_END
+
+namespace vexa::cim {
+
+std::string_view keptEncoding(const Pegasus::CIMObjectPath& path, std::uint32_t form) {
+    return Pegasus::RepAccess::rep(path)->encoding.find(form, false);
+}
+
+bool keepEncoding(const Pegasus::CIMObjectPath& path, std::uint32_t form, std::string_view bytes) {
+    return Pegasus::RepAccess::rep(path)->encoding.keep(form, bytes);
+}
+
+} // namespace vexa::cim

@@ -46,6 +46,7 @@ void CIMObjectRep::setPath(const CIMObjectPath& newPath) {
         throw UninitializedObjectException();
     if (!newPath.getClassName().equal(className()))
         throw TypeMismatchException();
+    encoding.drop();
     path = newPath;
     shareKeyTexts();
 }
@@ -89,6 +90,7 @@ void CIMObjectRep::addProperty(const CIMProperty& property) {
     // a doubled list leaves up to half of its room unused for their life.
     if (properties.size() == properties.capacity())
         properties.reserve(properties.size() + properties.size() / 2 + 2);
+    encoding.drop();
     properties.push_back(property);
     holdProperty(property);
 }
@@ -116,6 +118,7 @@ const CIMProperty& CIMObjectRep::property(Uint32 index) const {
 void CIMObjectRep::removeProperty(Uint32 index) {
     if (index >= properties.size())
         throw IndexOutOfBoundsException();
+    encoding.drop();
     letGoOfProperty(properties[index]);
     properties.erase(properties.begin() + index);
 }

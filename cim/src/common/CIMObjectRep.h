@@ -5,6 +5,7 @@
 #define Pegasus_CIMObjectRep_h
 
 #include "CIMQualifierList.h"
+#include "EncodingSlot.h"
 #include "SharedRep.h"
 #include <Pegasus/Common/CIMMethod.h>
 #include <Pegasus/Common/CIMObjectPath.h>
@@ -53,6 +54,9 @@ public:
     CIMQualifierList qualifiers;
     std::vector<CIMProperty> properties;
     std::vector<CIMMethod> methods;
+    // An encoder's form of the instance (vexa/cim/KeptEncoding.h); dropped
+    // by every change to the path or the properties held.
+    EncodingSlot encoding;
 };
 
 PEGASUS_NAMESPACE_END

@@ -1,5 +1,6 @@
 #include "ArrayImpl.h"
 #include "CIMPropertyRep.h"
+#include "EncodingSlot.h"
 #include "RepAccess.h"
 
 PEGASUS_NAMESPACE_BEGIN
@@ -86,6 +87,8 @@ void CIMProperty::setValue(const CIMValue& value) {
     if (!rep->value.typeCompatible(value))
         throw TypeMismatchException();
     rep->value = value;
+    if (rep->containers.load(std::memory_order_relaxed) != 0)
+        heldValueChanged();
 }
 
 Uint32 CIMProperty::getArraySize() const { return checkedRep(_rep)->arraySize; }

@@ -6,6 +6,10 @@
 
 #include <vexa/cimxml/Codec.h>
 
+#ifdef VEXA_KEPT_ENCODINGS
+#include <vexa/cim/KeptEncoding.h>
+#endif
+
 #include <exception>
 #include <stdexcept>
 
@@ -13,6 +17,53 @@ namespace vexa::cimxml {
 
 using namespace detail;
 using namespace Pegasus;
+
+namespace {
+
+// The forms an answer keeps with the objects it writes.
+enum KeptForm : std::uint32_t {
+    // INSTANCENAME of a path.
+    INSTANCE_NAME_FORM = 1,
+    // INSTANCE with every property, without class origins.
+    WHOLE_INSTANCE_FORM = 2,
+};
+
+// A value that embeds an instance can change inside without its holder
+// knowing, so such an instance's form is not kept.
+bool embedsObjects(const CIMConstInstance& instance) {
+    for (Uint32 i = 0; i < instance.getPropertyCount(); i++) {
+        if (embeddedObjectKind(instance.getProperty(i).getType()) != nullptr)
+            return true;
+    }
+    return false;
+}
+
+bool embedsObjects(const CIMObjectPath&) { return false; }
+
+// Writes what `write` makes of `object`, or copies the bytes kept from an
+// earlier answer; a new form is kept when `keepable`.
+template <class Object, class Write>
+void writeKept(XmlWriter& out, const Object& object, KeptForm form, bool keepable, Write write) {
+#ifdef VEXA_KEPT_ENCODINGS
+    out.raw({}); // ends a pending start tag, which belongs to the element around
+    if (keepable) {
+        const std::string_view kept = vexa::cim::keptEncoding(object, form);
+        if (!kept.empty()) {
+            out.raw(kept);
+            return;
+        }
+    }
+    const size_t start = out.pending().size();
+    write();
+    if (keepable && !embedsObjects(object))
+        vexa::cim::keepEncoding(object, form, out.pending().substr(start));
+#else
+    (void)object, (void)form, (void)keepable;
+    write();
+#endif
+}
+
+} // namespace
 
 struct AnswerStream::State {
     const Request& request;
@@ -84,16 +135,21 @@ bool AnswerStream::started() const { return state_->started; }
 void AnswerStream::addNamedInstance(const CIMConstInstance& instance,
                                     const PropertySelection& selection) {
     const bool classOrigin = state_->request.includeClassOrigin;
+    const bool whole = !classOrigin && selection.selectsEverything();
     state_->addObject([&](XmlWriter& out) {
         out.open("VALUE.NAMEDINSTANCE");
-        writeInstanceName(out, instance.getPath());
-        writeInstance(out, instance, classOrigin, selection);
+        const CIMObjectPath& path = instance.getPath();
+        writeKept(out, path, INSTANCE_NAME_FORM, true, [&] { writeInstanceName(out, path); });
+        writeKept(out, instance, WHOLE_INSTANCE_FORM, whole,
+                  [&] { writeInstance(out, instance, classOrigin, selection); });
         out.close();
     });
 }
 
 void AnswerStream::addInstanceName(const CIMObjectPath& path) {
-    state_->addObject([&](XmlWriter& out) { writeInstanceName(out, path); });
+    state_->addObject([&](XmlWriter& out) {
+        writeKept(out, path, INSTANCE_NAME_FORM, true, [&] { writeInstanceName(out, path); });
+    });
 }
 
 void AnswerStream::addObjectWithPath(const CIMObject& object, const PropertySelection& selection) {

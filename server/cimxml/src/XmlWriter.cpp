@@ -42,15 +42,40 @@ std::string_view escapeOf(uint32_t c) {
     }
 }
 
+// A worker writes one answer after another: the buffer of the last one is
+// kept for the next, which then neither grows from nothing, copying as it
+// goes, nor touches pages the allocator has given back to the system.
+struct SpareBuffer {
+    std::unique_ptr<char[]> data;
+    size_t capacity = 0;
+};
+thread_local SpareBuffer spare;
+constexpr size_t largestSpare = size_t(1) << 20;
+
 } // namespace
+
+XmlWriter::~XmlWriter() { keepSpare(); }
+
+void XmlWriter::keepSpare() noexcept {
+    if (data_ && capacity_ <= largestSpare && capacity_ > spare.capacity) {
+        spare.data = std::move(data_);
+        spare.capacity = capacity_;
+    }
+}
 
 void XmlWriter::grow(size_t count) {
     const size_t capacity = std::max<size_t>({capacity_ * 2, size_ + count, 4096});
-    std::unique_ptr<char[]> data(new char[capacity]);
+    std::unique_ptr<char[]> data;
+    if (spare.capacity >= capacity && spare.data.get() != data_.get()) {
+        data = std::move(spare.data);
+        capacity_ = std::exchange(spare.capacity, 0);
+    } else {
+        data.reset(new char[capacity]);
+        capacity_ = capacity;
+    }
     if (size_)
         std::memcpy(data.get(), data_.get(), size_);
     data_ = std::move(data);
-    capacity_ = capacity;
 }
 
 // Runs of plain ASCII are found first and copied whole; only the bytes

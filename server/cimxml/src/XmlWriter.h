@@ -27,9 +27,13 @@ namespace vexa::cimxml::detail {
 class XmlWriter {
 public:
     XmlWriter() = default;
+    ~XmlWriter();
+    XmlWriter(const XmlWriter&) = delete;
+    XmlWriter& operator=(const XmlWriter&) = delete;
     // A writer moved from is empty and may be written again.
     XmlWriter(XmlWriter&& x) noexcept { *this = std::move(x); }
     XmlWriter& operator=(XmlWriter&& x) noexcept {
+        keepSpare();
         data_ = std::move(x.data_);
         size_ = std::exchange(x.size_, 0);
         capacity_ = std::exchange(x.capacity_, 0);
@@ -100,6 +104,8 @@ private:
         return data_.get() + size_;
     }
     void grow(size_t count);
+    // Leaves the buffer to the next writer on this thread.
+    void keepSpare() noexcept;
     void put(char c) {
         *room(1) = c;
         size_++;

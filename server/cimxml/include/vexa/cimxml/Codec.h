@@ -155,6 +155,9 @@ struct PropertySelection {
     const Pegasus::CIMPropertyList* propertyList = nullptr;
     const Pegasus::CIMClass* declaredIn = nullptr;
     bool includes(const Pegasus::CIMName& name) const;
+    bool selectsEverything() const {
+        return (propertyList == nullptr || propertyList->isNull()) && declaredIn == nullptr;
+    }
 };
 
 // An intrinsic answer written while its objects arrive, so that a large

@@ -43,6 +43,9 @@ struct ServerOptions {
     size_t maxRequestBytes = 4u << 20;
     size_t maxXmlDepth = 64;
     int timeoutSeconds = 10; // read and write time-outs on client connections
+    // Memory for the encoded forms of unchanged objects, copied into later
+    // answers instead of being encoded again.
+    size_t answerCacheMegabytes = 256;
 };
 
 // Parses argv[1..argc-1]. Throws UsageError.
