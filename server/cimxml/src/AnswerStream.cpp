@@ -28,6 +28,7 @@ enum KeptForm : std::uint32_t {
     WHOLE_INSTANCE_FORM = 2,
 };
 
+#ifdef VEXA_KEPT_ENCODINGS
 // A value that embeds an instance can change inside without its holder
 // knowing, so such an instance's form is not kept.
 bool embedsObjects(const CIMConstInstance& instance) {
@@ -39,6 +40,7 @@ bool embedsObjects(const CIMConstInstance& instance) {
 }
 
 bool embedsObjects(const CIMObjectPath&) { return false; }
+#endif
 
 // Writes what `write` makes of `object`, or copies the bytes kept from an
 // earlier answer; a new form is kept when `keepable`.
@@ -58,7 +60,7 @@ void writeKept(XmlWriter& out, const Object& object, KeptForm form, bool keepabl
     if (keepable && !embedsObjects(object))
         vexa::cim::keepEncoding(object, form, out.pending().substr(start));
 #else
-    (void)object, (void)form, (void)keepable;
+    (void)out, (void)object, (void)form, (void)keepable;
     write();
 #endif
 }
