@@ -7,7 +7,7 @@
 #
 # --sizes      the sizes of the full-pass benchmark [small,medium,large]
 # --side-size  the model of the side-by-side run [large]
-# --runs       timed runs per side-by-side request [5]
+# --runs       timed runs per side-by-side request [9]
 # --quick      small and medium passes, the small model side by side, 3 runs
 #              (about five minutes on a quiet machine)
 # The side-by-side run includes the real OpenPegasus cimserver when
@@ -18,7 +18,7 @@ set -euo pipefail
 source_dir=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 sizes=small,medium,large
 side_size=large
-runs=5
+runs=9
 side_by_side=yes
 while [[ $# -gt 0 ]]; do
   case $1 in

@@ -1,7 +1,6 @@
 #include "HeapSettings.h"
 
 #include <cstdlib>
-#include <malloc.h>
 
 #ifdef VEXA_HAVE_MIMALLOC
 #include <mimalloc.h>
@@ -13,14 +12,6 @@ void useHugePages() {
 #ifdef VEXA_HAVE_MIMALLOC
     if (std::getenv("MIMALLOC_LARGE_OS_PAGES") == nullptr)
         mi_option_enable(mi_option_large_os_pages);
-#endif
-}
-
-void releaseFreedMemory() {
-#ifdef VEXA_HAVE_MIMALLOC
-    mi_collect(true);
-#else
-    malloc_trim(0);
 #endif
 }
 

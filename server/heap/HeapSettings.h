@@ -13,9 +13,6 @@ namespace vexa::heap {
 // MIMALLOC_LARGE_OS_PAGES is set in the environment (it then decides).
 void useHugePages();
 
-// Gives memory freed so far back to the system.
-void releaseFreedMemory();
-
 // "mimalloc with huge pages", "mimalloc" or "malloc": for the start-up log.
 const char* allocatorName();
 
