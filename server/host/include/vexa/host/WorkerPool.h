@@ -28,13 +28,21 @@ public:
     size_t waiting();
 
 private:
+    // An idle worker, waiting to be handed a connection.
+    struct Idle {
+        std::condition_variable wake;
+        bool woken = false;
+    };
+
     void work();
+    // Under the lock: wakes the worker that went idle last, if any.
+    void wakeOne();
 
     const size_t capacity_;
     std::mutex mutex_;
-    std::condition_variable taskReady_;
     std::condition_variable roomReady_;
     std::deque<std::function<void()>> tasks_;
+    std::vector<Idle*> idle_;
     bool stopping_ = false;
     std::vector<std::thread> workers_;
 };
