@@ -96,8 +96,9 @@ void CIMObjectRep::addProperty(const CIMProperty& property) {
 }
 
 Uint32 CIMObjectRep::findProperty(const CIMName& name) const {
+    const String& wanted = name.getString();
     for (std::size_t i = 0; i < properties.size(); i++) {
-        if (properties[i].getName().equal(name))
+        if (String::equalNoCase(RepAccess::rep(properties[i])->name.getString(), wanted))
             return Uint32(i);
     }
     return PEG_NOT_FOUND;

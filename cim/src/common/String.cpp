@@ -435,7 +435,10 @@ Boolean String::equalNoCase(const String& s1, const String& s2) {
         return false;
     const Char16* a = s1.getChar16Data();
     const Char16* b = s2.getChar16Data();
-    for (Uint32 i = 0; i < count; i++) {
+    // From the end: the names of one class share their prefix ("vexaFileset"
+    // ...) and differ towards the end, and every property added to an
+    // instance is compared with those it has.
+    for (Uint32 i = count; i-- > 0;) {
         if (foldAscii(a[i]) != foldAscii(b[i]))
             return false;
     }
