@@ -235,6 +235,9 @@ ssize_t ClientStream::read(char* ptr, size_t size) {
 }
 
 ssize_t ClientStream::write(const char* ptr, size_t size) {
+    if (size == 0) {
+        return 0;
+    }
     if (size <= sizeof(held_) - heldSize_) {
         std::memcpy(held_ + heldSize_, ptr, size);
         heldSize_ += size;

@@ -111,6 +111,8 @@ private:
         size_++;
     }
     void put(std::string_view bytes) {
+        if (bytes.empty())
+            return; // an empty view may have no data at all, and no room be made yet
         std::memcpy(room(bytes.size()), bytes.data(), bytes.size());
         size_ += bytes.size();
     }
