@@ -35,7 +35,8 @@ const char* const USAGE =
     "usage: bench_full_pass [--sizes small,medium,large] [--models DIR] [--runs N]\n"
     "  For each size, in a child process: loads the generated model DIR/SIZE.json (written\n"
     "  by qzsim_generate beside this program when it is missing), starts the provider,\n"
-    "  which makes the forced full pass, and times single requests on the fresh cache.\n"
+    "  which makes the forced full pass, times single requests on the fresh cache, then\n"
+    "  forces three more full passes, as the refresh thread does every few minutes.\n"
     "  Each size runs N times (5), each in a child of its own; every figure printed is\n"
     "  the median of its runs. DIR defaults to $TMPDIR/vexa-bench-models (or\n"
     "  /tmp/vexa-bench-models).\n";
@@ -45,6 +46,7 @@ struct SizeFigures {
     double loadSeconds;    // the management library reading the model file
     double passSeconds;    // the provider's start with its forced full pass
     double passCpuSeconds; // the same in processor time, steadier on a busy machine
+    double repeatSeconds;  // median of three forced passes over the full cache
     double peakMB;         // the child's VmHWM
     double instances;      // instances in the cache after the pass
     double getInstanceUs, findIdxUs, associatorNamesUs;
@@ -199,6 +201,21 @@ SizeFigures measure(const std::string& model) {
         provider->associatorNames(context, nodePath, CIMName("KOR_VEXA_NodeAccessesNSD"), CIMName(),
                                   String(), String(), handler);
     });
+
+    // The passes that follow replace a full cache, as every periodic
+    // refresh does: each list's old instances are freed as it is rebuilt,
+    // and the new ones reuse their memory.
+    std::vector<double> repeats;
+    for (int pass = 0; pass < 3; ++pass) {
+        start = std::chrono::steady_clock::now();
+        {
+            CacheWriteLock lock(*provider);
+            provider->buildAllVexaInstanceList(1);
+        }
+        repeats.push_back(secondsSince(start));
+    }
+    std::sort(repeats.begin(), repeats.end());
+    f.repeatSeconds = repeats[1];
     f.peakMB = peakMegabytes();
     f.ok = 1;
     return f;
@@ -217,8 +234,8 @@ SizeFigures medianFigures(const std::vector<SizeFigures>& runs) {
     SizeFigures f = runs.front();
     for (double SizeFigures::*field :
          {&SizeFigures::loadSeconds, &SizeFigures::passSeconds, &SizeFigures::passCpuSeconds,
-          &SizeFigures::peakMB, &SizeFigures::instances, &SizeFigures::getInstanceUs,
-          &SizeFigures::findIdxUs, &SizeFigures::associatorNamesUs})
+          &SizeFigures::repeatSeconds, &SizeFigures::peakMB, &SizeFigures::instances,
+          &SizeFigures::getInstanceUs, &SizeFigures::findIdxUs, &SizeFigures::associatorNamesUs})
         f.*field = median(field);
     return f;
 }
@@ -307,8 +324,9 @@ int main(int argc, char** argv) {
                 "runs per size)\n\n",
                 runs);
     std::printf("| Size | Cached instances | Model load s | First pass s | First pass CPU s | "
-                "Peak MB | getInstance us | findVexaInstIdx us | associatorNames us |\n");
-    std::printf("|---|---:|---:|---:|---:|---:|---:|---:|---:|\n");
+                "Repeated pass s | Peak MB | getInstance us | findVexaInstIdx us | "
+                "associatorNames us |\n");
+    std::printf("|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|\n");
     std::fflush(stdout);
     std::vector<std::pair<std::string, SizeFigures>> rows;
     for (const std::string& size : sizes) {
@@ -333,9 +351,9 @@ int main(int argc, char** argv) {
         }
         f = medianFigures(measured);
         rows.emplace_back(size, f);
-        std::printf("| %s | %.0f | %.2f | %.2f | %.2f | %.0f | %.1f | %.2f | %.1f |\n",
+        std::printf("| %s | %.0f | %.2f | %.2f | %.2f | %.2f | %.0f | %.1f | %.2f | %.1f |\n",
                     size.c_str(), f.instances, f.loadSeconds, f.passSeconds, f.passCpuSeconds,
-                    f.peakMB, f.getInstanceUs, f.findIdxUs, f.associatorNamesUs);
+                    f.repeatSeconds, f.peakMB, f.getInstanceUs, f.findIdxUs, f.associatorNamesUs);
         std::fflush(stdout);
     }
 
@@ -352,17 +370,25 @@ int main(int argc, char** argv) {
     const SizeFigures* large = find("large");
     std::printf("\n");
     if (medium != nullptr && large != nullptr) {
-        const double passRatio = large->passSeconds / medium->passSeconds;
         const double sizeRatio = large->instances / medium->instances;
-        std::printf("large/medium pass time ratio %.2f (processor time %.2f), instance ratio "
-                    "%.2f: %s (at most 1.3 x %.2f = %.2f)\n",
-                    passRatio, large->passCpuSeconds / medium->passCpuSeconds, sizeRatio,
-                    passRatio <= 1.3 * sizeRatio ? "met" : "NOT met", sizeRatio, 1.3 * sizeRatio);
+        const double limit = 1.3 * sizeRatio;
+        const double firstRatio = large->passSeconds / medium->passSeconds;
+        const double repeatRatio = large->repeatSeconds / medium->repeatSeconds;
+        std::printf("instance ratio %.2f, so a linear pass keeps its large/medium time ratio at "
+                    "most 1.3 x %.2f = %.2f\n",
+                    sizeRatio, sizeRatio, limit);
+        std::printf("  first pass: ratio %.2f (processor time %.2f): %s\n", firstRatio,
+                    large->passCpuSeconds / medium->passCpuSeconds,
+                    firstRatio <= limit ? "met" : "NOT met");
+        std::printf("  repeated pass: ratio %.2f: %s\n", repeatRatio,
+                    repeatRatio <= limit ? "met" : "NOT met");
     }
     if (large != nullptr) {
-        std::printf("large pass %.2f s: %s (under 3 s); peak %.0f MB: %s (under 2048 MB)\n",
-                    large->passSeconds, large->passSeconds < 3 ? "met" : "NOT met", large->peakMB,
-                    large->peakMB < 2048 ? "met" : "NOT met");
+        std::printf("large first pass %.2f s, repeated pass %.2f s: %s (under 3 s); peak %.0f MB: "
+                    "%s (under 2048 MB)\n",
+                    large->passSeconds, large->repeatSeconds,
+                    large->passSeconds < 3 && large->repeatSeconds < 3 ? "met" : "NOT met",
+                    large->peakMB, large->peakMB < 2048 ? "met" : "NOT met");
     }
     if (small != nullptr && large != nullptr) {
         const double ratios[] = {large->getInstanceUs / small->getInstanceUs,

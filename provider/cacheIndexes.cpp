@@ -2,7 +2,11 @@
 #include "cacheIndexes.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
+#include <exception>
+#include <system_error>
+#include <thread>
 
 #include <Pegasus/Common/CIMProperty.h>
 #include <Pegasus/Common/CIMValue.h>
@@ -343,10 +347,58 @@ ArrayIndex* CacheIndexes::find(const Array<CIMInstance>& array, ArrayIndex::Kind
 }
 
 void CacheIndexes::refreshStale() {
+    std::vector<ArrayIndex*> stale;
+    std::size_t instances = 0;
     for (ArrayIndex& index : indexes_) {
-        if (!index.fresh())
-            index.rebuild();
+        if (!index.fresh()) {
+            stale.push_back(&index);
+            instances += index.array()->size();
+        }
     }
+    // After a full pass the stale indexes cover the whole cache, and their
+    // rebuild is a walk over it that mostly waits for memory: a second
+    // thread takes nearly half of it off the time the write lock is held.
+    // After a small change a thread would cost more than it saves.
+    if (instances < secondThreadMinimum_ || std::thread::hardware_concurrency() < 2) {
+        for (ArrayIndex* index : stale)
+            index->rebuild();
+        return;
+    }
+    // Largest first, so that both threads run out of work at about the
+    // same time.
+    std::stable_sort(stale.begin(), stale.end(), [](const ArrayIndex* x, const ArrayIndex* y) {
+        return x->array()->size() > y->array()->size();
+    });
+    std::atomic<std::size_t> next{0};
+    auto rebuildNext = [&stale, &next] {
+        for (std::size_t at; (at = next.fetch_add(1)) < stale.size();)
+            stale[at]->rebuild();
+    };
+    std::exception_ptr helperFailure;
+    std::thread helper;
+    try {
+        helper = std::thread([&rebuildNext, &helperFailure] {
+            try {
+                rebuildNext();
+            } catch (...) {
+                helperFailure = std::current_exception();
+            }
+        });
+    } catch (const std::system_error&) {
+        // No thread to be had: this one does all of it.
+    }
+    std::exception_ptr ownFailure;
+    try {
+        rebuildNext();
+    } catch (...) {
+        ownFailure = std::current_exception();
+    }
+    if (helper.joinable())
+        helper.join();
+    if (ownFailure)
+        std::rethrow_exception(ownFailure);
+    if (helperFailure)
+        std::rethrow_exception(helperFailure);
 }
 
 void CacheIndexes::dropAll() {

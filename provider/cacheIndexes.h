@@ -22,6 +22,7 @@
 #include <Pegasus/Common/CIMObjectPath.h>
 #include <Pegasus/Common/String.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -107,14 +108,17 @@ public:
     ArrayIndex* find(const Pegasus::Array<Pegasus::CIMInstance>& array, ArrayIndex::Kind kind,
                      const Pegasus::CIMName* keyProperty = 0);
     // Rebuilds every index that no longer describes its array. Only the
-    // holder of the write lock may call it.
+    // holder of the write lock may call it. When the stale indexes cover at
+    // least the given number of instances, a second thread shares the work.
     void refreshStale();
+    void setSecondThreadMinimum(std::size_t instances) { secondThreadMinimum_ = instances; }
     // Lets go of every index (and of the arrays they share), e.g. before a
     // full pass replaces the whole cache.
     void dropAll();
 
 private:
     std::vector<ArrayIndex> indexes_;
+    std::size_t secondThreadMinimum_ = 50000;
 };
 
 #endif

@@ -23,10 +23,10 @@ CIMPropertyRep* makePropertyRep(const CIMName& name, const CIMValue& value, Uint
     CIMPropertyRep* rep = new CIMPropertyRep();
     rep->name = name;
     rep->value = value;
-    rep->arraySize = arraySize;
+    rep->setArraySize(arraySize);
     rep->setReferenceClassName(referenceClassName);
     rep->setClassOrigin(classOrigin);
-    rep->propagated = propagated;
+    rep->setPropagated(propagated);
     return rep;
 }
 
@@ -35,9 +35,9 @@ Boolean identicalProperties(const CIMPropertyRep* x, const CIMPropertyRep* y) {
     checkedRep(y);
     if (x == y)
         return true;
-    return x->name.equal(y->name) && x->value.equal(y->value) && x->arraySize == y->arraySize &&
+    return x->name.equal(y->name) && x->value.equal(y->value) && x->arraySize() == y->arraySize() &&
            x->referenceClassName().equal(y->referenceClassName()) &&
-           x->classOrigin().equal(y->classOrigin()) && x->propagated == y->propagated &&
+           x->classOrigin().equal(y->classOrigin()) && x->propagated() == y->propagated() &&
            x->qualifiers().identical(y->qualifiers());
 }
 
@@ -91,7 +91,7 @@ void CIMProperty::setValue(const CIMValue& value) {
         heldValueChanged();
 }
 
-Uint32 CIMProperty::getArraySize() const { return checkedRep(_rep)->arraySize; }
+Uint32 CIMProperty::getArraySize() const { return checkedRep(_rep)->arraySize(); }
 
 const CIMName& CIMProperty::getReferenceClassName() const {
     return checkedRep(_rep)->referenceClassName();
@@ -103,9 +103,9 @@ void CIMProperty::setClassOrigin(const CIMName& classOrigin) {
     checkedRep(_rep)->setClassOrigin(classOrigin);
 }
 
-Boolean CIMProperty::getPropagated() const { return checkedRep(_rep)->propagated; }
+Boolean CIMProperty::getPropagated() const { return checkedRep(_rep)->propagated(); }
 
-void CIMProperty::setPropagated(Boolean propagated) { checkedRep(_rep)->propagated = propagated; }
+void CIMProperty::setPropagated(Boolean propagated) { checkedRep(_rep)->setPropagated(propagated); }
 
 CIMProperty& CIMProperty::addQualifier(const CIMQualifier& x) {
     checkedRep(_rep)->qualifiersToChange().add(x);
@@ -169,7 +169,7 @@ CIMType CIMConstProperty::getType() const { return checkedRep(_rep)->value.getTy
 
 Boolean CIMConstProperty::isArray() const { return checkedRep(_rep)->value.isArray(); }
 
-Uint32 CIMConstProperty::getArraySize() const { return checkedRep(_rep)->arraySize; }
+Uint32 CIMConstProperty::getArraySize() const { return checkedRep(_rep)->arraySize(); }
 
 const CIMName& CIMConstProperty::getReferenceClassName() const {
     return checkedRep(_rep)->referenceClassName();
@@ -177,7 +177,7 @@ const CIMName& CIMConstProperty::getReferenceClassName() const {
 
 const CIMName& CIMConstProperty::getClassOrigin() const { return checkedRep(_rep)->classOrigin(); }
 
-Boolean CIMConstProperty::getPropagated() const { return checkedRep(_rep)->propagated; }
+Boolean CIMConstProperty::getPropagated() const { return checkedRep(_rep)->propagated(); }
 
 Uint32 CIMConstProperty::findQualifier(const CIMName& name) const {
     return checkedRep(_rep)->qualifiers().find(name);

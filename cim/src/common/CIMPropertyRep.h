@@ -21,16 +21,18 @@ public:
         CIMName referenceClassName;
         CIMName classOrigin;
         CIMQualifierList qualifiers;
+        Uint32 arraySize = 0;
+        Boolean propagated = false;
     };
 
     CIMPropertyRep() = default;
     // A clone: same contents, new qualifier objects, not inside anything yet.
     CIMPropertyRep(const CIMPropertyRep& x)
-        : SharedRep(x), containers(0), arraySize(x.arraySize), propagated(x.propagated),
-          name(x.name), value(x.value) {
+        : SharedRep(x), containers(0), name(x.name), value(x.value) {
         if (x.details)
             details.reset(new Details{x.details->referenceClassName, x.details->classOrigin,
-                                      x.details->qualifiers.clone()});
+                                      x.details->qualifiers.clone(), x.details->arraySize,
+                                      x.details->propagated});
     }
 
     const CIMName& referenceClassName() const {
@@ -49,6 +51,16 @@ public:
         if (details || !className.isNull())
             ownDetails().classOrigin = className;
     }
+    Uint32 arraySize() const { return details ? details->arraySize : 0; }
+    Boolean propagated() const { return details ? details->propagated : false; }
+    void setArraySize(Uint32 size) {
+        if (details || size != 0)
+            ownDetails().arraySize = size;
+    }
+    void setPropagated(Boolean propagated) {
+        if (details || propagated)
+            ownDetails().propagated = propagated;
+    }
     CIMQualifierList& qualifiersToChange() { return ownDetails().qualifiers; }
     void clearQualifiers() {
         if (details)
@@ -61,8 +73,6 @@ public:
     // How many classes or instances hold this property. A held property
     // keeps its name, since the holder relies on names being unique.
     std::atomic<Uint32> containers{0};
-    Uint32 arraySize = 0;
-    Boolean propagated = false;
     CIMName name;
     CIMValue value;
 
@@ -83,6 +93,7 @@ private:
 
     std::unique_ptr<Details> details;
 };
+static_assert(sizeof(CIMPropertyRep) == 32, "a property's representation fills one 32-byte block");
 
 PEGASUS_NAMESPACE_END
 

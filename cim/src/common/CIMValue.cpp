@@ -7,6 +7,7 @@
 #include <Pegasus/Common/CIMValue.h>
 #include <cstddef>
 #include <cstdio>
+#include <cstring>
 #include <new>
 #include <string>
 #include <type_traits>
@@ -195,12 +196,21 @@ public:
         return scalar<Array<T>>();
     }
 
+    // A null value holds the array size it was given in the unused payload,
+    // which keeps the representation at 16 bytes.
+    Uint32 nullArraySize() const {
+        Uint32 size;
+        std::memcpy(&size, payload, sizeof size);
+        return size;
+    }
+    void setNullArraySize(Uint32 size) { std::memcpy(payload, &size, sizeof size); }
+
     Uint8 typeCode;
     Boolean isArray;
     Boolean isNull = true;
-    Uint32 nullArraySize = 0;
-    alignas(8) unsigned char payload[8];
+    alignas(8) unsigned char payload[8] = {};
 };
+static_assert(sizeof(CIMValueRep) == 16, "a value's representation fills one 16-byte block");
 
 template <class T>
 constexpr bool fitsPayload() {
@@ -237,7 +247,7 @@ CIMValueRep* makeNullRep(CIMType type, Boolean isArray, Uint32 arraySize) {
     if (!isArray || arraySize == 0)
         return sharedNullRep(type, isArray);
     CIMValueRep* rep = new CIMValueRep(type, isArray);
-    rep->nullArraySize = arraySize;
+    rep->setNullArraySize(arraySize);
     return rep;
 }
 
@@ -360,7 +370,7 @@ Uint32 CIMValue::getArraySize() const {
     if (!_rep->isArray)
         return 0;
     if (_rep->isNull)
-        return _rep->nullArraySize;
+        return _rep->nullArraySize();
     const CIMValueRep* rep = _rep;
     return visitType(rep->type(), [rep](auto tag) {
         using T = typename decltype(tag)::type;
